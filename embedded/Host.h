@@ -1,0 +1,189 @@
+// The embedded host: everything that platform/ads.h asks of a platform, in process, and the
+// controls of it.
+//
+// A module is linked with lomlisp and this library instead of the real host's. Its functions are
+// registered under their LISP names and called with arguments; symbols, system variables, the
+// command line and the heap can be looked at; every platform call is logged, and can be told to
+// answer any status. One host per process, one thread.
+#pragma once
+
+#include <embedded/Chain.h>
+#include <embedded/Ledger.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lomlisp::embedded {
+
+// What the real host's releases do differently.
+struct Switches {
+  enum class Dotted { BeforeLast, AtEnd };  // RTLB a RTDOTE b RTLE, or RTLB a b RTDOTE
+  Dotted dotted = Dotted::BeforeLast;
+  bool pointsAsRecords = true;    // a list of two or three reals arrives as RTPOINT / RT3DPOINT
+  bool foldSingleList = true;     // acedRetList of exactly one bracketed list gives that list
+  bool unboundGivesNull = false;  // acedGetSym of an unbound symbol: a null chain, not RTNIL
+};
+
+// The command line.
+class Console {
+ public:
+  void Write(std::wstring_view text);
+  // What was printed since the start, or since the last Take.
+  const std::wstring& Text() const { return m_text; }
+  std::wstring Take();
+  // Also writes to standard output, as UTF-8.
+  void Echo(bool on) { m_echo = on; }
+  void Reset();
+
+ private:
+  std::wstring m_text;
+  bool m_echo = false;
+};
+
+// One call of a platform function, as the log keeps it.
+struct LoggedCall {
+  std::string function;                  // "acedPutSym"
+  std::wstring name;                     // its text argument, if it has one
+  std::vector<Chain> chains;             // its chain and record arguments, in order
+  std::optional<std::string> objection;  // what was wrong with a chain
+  bool forced = false;                   // the answer was an order of the test
+  int status = RTNORM;                   // what it answered; for pointers RTNORM or, for null, RTERROR
+};
+
+// The calls that were made (those for memory and printing excepted), and orders how to answer.
+// An ordered call answers before it does anything; a function that gives a pointer gives null for
+// every status but RTNORM.
+class CallLog {
+ public:
+  const std::vector<LoggedCall>& Calls() const { return m_calls; }
+  size_t Count(std::string_view function) const;
+  // The latest call of that function; null when there is none.
+  const LoggedCall* Last(std::string_view function) const;
+  void Clear() { m_calls.clear(); }
+  // Off for measurements: the copies of the arguments cost more than the calls.
+  void Enable(bool on) { m_enabled = on; }
+  bool Enabled() const { return m_enabled; }
+
+  // The n-th call of the function from now on (1 is the next one) answers `status`.
+  void Answer(std::string_view function, int status, uint64_t n);
+  void AnswerAll(std::string_view function, int status);
+  // Asked for every call; the call is ordered when an answer comes back.
+  void AnswerIf(std::function<std::optional<int>(const LoggedCall&)> order);
+  void Reset();
+
+  // For the platform functions: the answer that was ordered for this call, if any.
+  std::optional<int> Order(const LoggedCall& call);
+  void Add(LoggedCall call);
+
+ private:
+  struct Rule {
+    std::string function;
+    int status;
+    uint64_t countdown;  // 0: always
+  };
+  std::vector<LoggedCall> m_calls;
+  std::vector<Rule> m_rules;
+  std::vector<std::function<std::optional<int>(const LoggedCall&)>> m_predicates;
+  bool m_enabled = true;
+};
+
+// LISP symbols, their names without regard to case.
+class Symbols {
+ public:
+  // A name that LISP can bind: no blanks, brackets, quotes, dots alone, numbers; not T, not nil.
+  static bool IsLegal(std::wstring_view name);
+  void Set(std::wstring_view name, Chain value);  // one item; nil unbinds
+  // The item, or nothing when the symbol is unbound.
+  const Chain* Find(std::wstring_view name) const;
+  void Reset() { m_values.clear(); }
+
+ private:
+  std::map<std::wstring, Chain> m_values;
+};
+
+// One system variable. Its type is that of its value: RTSHORT, RTREAL, RTSTR, RTPOINT, RT3DPOINT.
+struct SystemVariable {
+  Record value;
+  double lowest = -1e99;
+  double highest = 1e99;
+  bool readOnly = false;
+};
+
+// System variables, their names without regard to case.
+class SystemVariables {
+ public:
+  SystemVariables() { Reset(); }
+  void Define(std::wstring_view name, SystemVariable variable);
+  SystemVariable* Find(std::wstring_view name);
+  // Why the value cannot be set, or nothing when it has been. Integers are taken for reals.
+  std::optional<std::string> Set(std::wstring_view name, const Record& value);
+  // The variables and values of a new drawing.
+  void Reset();
+
+ private:
+  std::map<std::wstring, SystemVariable> m_variables;
+};
+
+// What came of a call.
+struct CallResult {
+  enum class Kind { Nothing, Value, List };
+  Kind kind = Kind::Nothing;        // which of acedRetVal and acedRetList was called, if any
+  Chain value;                      // what LISP gets, one item: nil for Nothing
+  int status = RTNORM;              // what the function gave back
+  std::vector<std::string> errors;  // two results, a changed argument chain, an exception, ...
+  std::wstring Text() const { return ToText(value); }
+};
+
+class Host {
+ public:
+  using Function = std::function<int()>;
+
+  static Host& Instance();
+
+  // Everything as in a new process, functions and switches included.
+  void Reset();
+
+  Switches switches;
+  Console console;
+  CallLog log;
+  Symbols symbols;
+  SystemVariables variables;
+  Ledger ledger;
+
+  // --- LISP functions ---
+
+  void Define(std::wstring_view name, Function function);
+  bool IsDefined(std::wstring_view name) const;
+  // Calls with the items of a chain as arguments; calls may nest. An unknown function is an error
+  // of the result.
+  CallResult Call(std::wstring_view name, const Chain& arguments);
+  // Calls with the items of a text, as in Call(L"SUM", L"1 2.5 (\"a\" . nil)").
+  CallResult Call(std::wstring_view name, std::wstring_view arguments);
+  // Evaluates a call written in LISP, as in L"(SUM 1 (NEG 2))": the arguments are values or calls.
+  CallResult Evaluate(std::wstring_view expression);
+
+  // --- For the platform functions: the call that is going on ---
+
+  struct Frame {
+    std::string name;
+    resbuf* arguments = nullptr;
+    std::optional<Chain> result;
+    CallResult::Kind kind = CallResult::Kind::Nothing;
+    std::vector<std::string> errors;
+  };
+  Frame* CurrentFrame() { return m_frames.empty() ? nullptr : m_frames.back(); }
+
+ private:
+  Host();
+  CallResult Run(const std::string& name, const Function& function, Chain arguments);
+
+  std::map<std::wstring, Function> m_functions;
+  std::vector<Frame*> m_frames;
+};
+
+}  // namespace lomlisp::embedded

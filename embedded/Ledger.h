@@ -1,0 +1,77 @@
+// The books of the platform's heap.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lomlisp::embedded {
+
+// Whose memory a block is: the balance of the modules is exact because the host's own is apart.
+enum class Owner { Client, Host };
+
+struct Balance {
+  size_t blocks = 0;
+  size_t bytes = 0;
+  friend bool operator==(const Balance&, const Balance&) = default;
+};
+
+// A live block, as a leak report names it.
+struct Block {
+  uint64_t number;  // the how-manieth allocation it was
+  size_t bytes;
+  std::string kind;      // "text" or memory: "acad_malloc"; a record: "record of type 5005"
+  std::string function;  // the LISP function that was being called, or empty
+  std::string place;     // the code that asked for it, as far as the system can name it
+};
+
+// Every block that acad_malloc, acutNewRb and the host's own chains take. Misuse (a double free, a
+// pointer that is none of ours, a write past the end or after the free) is noted as a fault, and
+// the program goes on. Freed memory is filled with 0xDD and held back for a while, so that later
+// uses are found; under AddressSanitizer they are reported at once.
+class Ledger {
+ public:
+  Ledger();
+  ~Ledger();
+  Ledger(const Ledger&) = delete;
+  Ledger& operator=(const Ledger&) = delete;
+
+  // Null when the allocation is told to fail. `recordType` is negative for plain memory.
+  void* Allocate(size_t bytes, Owner owner, int recordType, const void* caller);
+  void Free(void* block);
+
+  Balance Live(Owner owner = Owner::Client) const;
+  bool IsLive(const void* block) const;
+  // The bytes of a live block from `pointer`, which may lie within it, to its end; 0 for others.
+  size_t BytesFrom(const void* pointer) const;
+
+  // A point in time. Leaks since a mark are the client's live blocks that came after it.
+  uint64_t Mark() const;
+  std::vector<Block> LeaksSince(uint64_t mark) const;
+
+  // The n-th allocation of the client from now on fails (1 is the next one); 0 takes it back.
+  void FailAllocation(uint64_t n);
+  // That one and all after it.
+  void FailAllocationsFrom(uint64_t n);
+
+  // Looks at the bytes behind every live block and at the freed ones held back.
+  void CheckGuards();
+  // What went wrong since the last call, a line each; empty when nothing did.
+  std::vector<std::string> TakeFaults();
+  void Fault(std::string text);
+
+  // Which LISP function is being called; for Block::function.
+  void SetFunctionName(std::function<std::string()> name);
+
+  // Forgets the live blocks of the client, orders to fail, and faults.
+  void Reset();
+
+ private:
+  struct Books;
+  std::unique_ptr<Books> m_books;
+};
+
+}  // namespace lomlisp::embedded

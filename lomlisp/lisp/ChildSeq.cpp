@@ -1,0 +1,174 @@
+#include <lomlisp/lisp/ChildSeq.h>
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+#include <vector>
+
+namespace lomlisp {
+
+namespace {
+
+using Child = ChildSeq::value_type;
+
+// Room for a dotted pair, the most frequent list of all.
+constexpr size_t kSmallest = 2;
+
+// Moves `count` children to slots that may overlap the ones where they are.
+void MoveChildren(Child* from, size_t count, Child* to) {
+  if (to < from) {
+    for (size_t i = 0; i < count; ++i) {
+      new (to + i) Child(std::move(from[i]));
+      from[i].~Child();
+    }
+  } else if (to > from) {
+    for (size_t i = count; i-- > 0;) {
+      new (to + i) Child(std::move(from[i]));
+      from[i].~Child();
+    }
+  }
+}
+
+}  // namespace
+
+ChildSeq::Block* ChildSeq::Allocate(size_type capacity) {
+  if (capacity > std::numeric_limits<uint32_t>::max()) throw std::length_error("ChildSeq");
+  auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + capacity * sizeof(Child)));
+  *block = {nullptr, static_cast<uint32_t>(capacity), 0, 0};
+  return block;
+}
+
+// The last release of a child frees a node, whose own children come here again: they only queue
+// their block, and the call that found nobody at work works the queue off.
+void ChildSeq::ReleaseAll(Block* block) noexcept {
+  static Block* released = nullptr;
+  static bool atWork = false;
+
+  block->nextReleased = released;
+  released = block;
+  if (atWork) return;
+  atWork = true;
+  while (released != nullptr) {
+    Block* const current = released;
+    released = current->nextReleased;
+    std::destroy_n(First(current), current->count);
+    ::operator delete(current);
+  }
+  atWork = false;
+}
+
+void ChildSeq::reserve(size_type count) {
+  if (count > size()) MakeRoomBehind(count - size());
+}
+
+void ChildSeq::pop_back() {
+  back().~Child();
+  --m_block->count;
+}
+
+void ChildSeq::pop_front() {
+  front().~Child();
+  ++m_block->first;
+  --m_block->count;
+}
+
+ChildSeq::iterator ChildSeq::insert(const_iterator position, const_iterator first, const_iterator last) {
+  const auto index = static_cast<size_type>(position - begin());
+  if (first == last) return begin() + index;
+  if (m_block != nullptr && !std::less<>()(first, cbegin()) && std::less<>()(first, cend())) {
+    const std::vector<value_type> copies(first, last);
+    return insert(position, copies.data(), copies.data() + copies.size());
+  }
+  const iterator gap = OpenGap(index, static_cast<size_type>(last - first));
+  std::uninitialized_copy(first, last, gap);
+  return gap;
+}
+
+ChildSeq::iterator ChildSeq::insert(const_iterator position, value_type child) {
+  return new (OpenGap(static_cast<size_type>(position - begin()), 1)) value_type(std::move(child));
+}
+
+ChildSeq::iterator ChildSeq::erase(const_iterator first, const_iterator last) {
+  const auto index = static_cast<size_type>(first - begin());
+  const auto width = static_cast<size_type>(last - first);
+  if (width == 0) return begin() + index;
+  // Released only when the sequence is whole again.
+  const ChildSeq erased = [&] {
+    ChildSeq taken;
+    taken.reserve(width);
+    for (iterator child = begin() + index; child != begin() + index + width; ++child)
+      taken.push_back(std::move(*child));
+    return taken;
+  }();
+  std::destroy_n(begin() + index, width);
+  const size_type behind = size() - index - width;
+  if (index < behind) {
+    MoveChildren(begin(), index, begin() + width);
+    m_block->first += static_cast<uint32_t>(width);
+  } else {
+    MoveChildren(begin() + index + width, behind, begin() + index);
+  }
+  m_block->count -= static_cast<uint32_t>(width);
+  return begin() + index;
+}
+
+void ChildSeq::clear() noexcept {
+  if (m_block != nullptr) ReleaseAll(std::exchange(m_block, nullptr));
+}
+
+void ChildSeq::MakeRoomBehind(size_type room) {
+  if (RoomBehind() >= room) return;
+  const size_type needed = size() + room;
+  // A block that is at most half full slides its children instead of growing, which is paid for by
+  // the room that this gives.
+  if (m_block != nullptr && needed * 2 <= m_block->capacity)
+    Relocate(m_block->capacity, (m_block->capacity - needed) / 2);
+  else
+    Relocate(std::max({needed, size() * 2, kSmallest}), 0);
+}
+
+void ChildSeq::MakeRoomInFront(size_type room) {
+  if (m_block != nullptr && m_block->first >= room) return;
+  const size_type needed = size() + room;
+  if (m_block != nullptr && needed * 2 <= m_block->capacity) {
+    Relocate(m_block->capacity, room + (m_block->capacity - needed) / 2);
+  } else {
+    const size_type capacity = std::max({needed, size() * 2, kSmallest});
+    Relocate(capacity, capacity - size());
+  }
+}
+
+// Puts the children at slot `first` of a block of that capacity, which is this one when it fits.
+void ChildSeq::Relocate(size_type capacity, size_type first) {
+  if (m_block != nullptr && m_block->capacity == capacity) {
+    MoveChildren(begin(), size(), Slots(m_block) + first);
+    m_block->first = static_cast<uint32_t>(first);
+    return;
+  }
+  Block* const grown = Allocate(capacity);
+  grown->first = static_cast<uint32_t>(first);
+  grown->count = static_cast<uint32_t>(size());
+  if (m_block != nullptr) {
+    MoveChildren(begin(), size(), First(grown));
+    ::operator delete(m_block);
+  }
+  m_block = grown;
+}
+
+// Makes room for `width` children at `position`, which are to be constructed there. Moves the
+// shorter side.
+ChildSeq::iterator ChildSeq::OpenGap(size_type position, size_type width) {
+  const size_type behind = size() - position;
+  if (position < behind) {
+    MakeRoomInFront(width);
+    MoveChildren(begin(), position, begin() - width);
+    m_block->first -= static_cast<uint32_t>(width);
+  } else {
+    MakeRoomBehind(width);
+    MoveChildren(begin() + position, behind, begin() + position + width);
+  }
+  m_block->count += static_cast<uint32_t>(width);
+  return begin() + position;
+}
+
+}  // namespace lomlisp

@@ -1,0 +1,173 @@
+// The LISP functions on values.
+#pragma once
+
+#include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/listops/Proxies.h>
+
+// Static functions named after the LISP functions that they imitate. Each copies the handle of its
+// argument and applies the member of the same name to the copy, so arguments stay as they are,
+// except where it is said otherwise. On bad input they print a message that begins with
+// "CLOMAdsLisp::", often followed by the argument, and give nil or 0. Cost and sharing are those
+// of the member.
+class CLOMAdsLisp {
+ public:
+  enum datatype_t {
+    dtReal = 0,  // also RTLONG and RTINT64
+    dtInt = 1,   // RTSHORT
+    dtString = 2,
+    dtList = 3,  // also nil
+    dtPickSet = 4,
+    dtEName = 5,
+    dtUnknown = 6,
+  };
+
+  // The shared nil: an empty handle from load to unload.
+  static const CLOMAdsLispVar Nil;
+  static CLOMAdsLispVar nil() { return Nil; }
+
+  // --- Predicates ---
+
+  static bool ListP(const CLOMAdsLispVar& value) { return value.ListP(); }
+  static bool AtomP(const CLOMAdsLispVar& value) { return value.AtomP(); }
+  static bool NilP(const CLOMAdsLispVar& value) { return value.NilP(); }
+  static bool NumberP(const CLOMAdsLispVar& value) { return value.NumberP(); }
+  static bool IntP(const CLOMAdsLispVar& value) { return value.IntP(); }
+  static bool RealP(const CLOMAdsLispVar& value) { return value.RealP(); }
+  static bool StringP(const CLOMAdsLispVar& value) { return value.StringP(); }
+  static bool ENameP(const CLOMAdsLispVar& value) { return value.ENameP(); }
+  static bool PickSetP(const CLOMAdsLispVar& value) { return value.PickSetP(); }
+  static bool PointP(const CLOMAdsLispVar& value) { return value.PointP(); }
+  static bool AtomListP(const CLOMAdsLispVar& value) { return value.AtomListP(); }
+  static bool RealListP(const CLOMAdsLispVar& value) { return value.RealListP(); }
+  static bool AssocListP(const CLOMAdsLispVar& value) { return value.AssocListP(); }
+  static bool ZeroP(const CLOMAdsLispVar& value) { return value.ZeroP(); }
+  static datatype_t Type(const CLOMAdsLispVar& value) { return static_cast<datatype_t>(value.Type()); }
+
+  // --- Printing ---
+
+  // Prints on the command line and gives the value.
+  static CLOMAdsLispVar PrinC(const CLOMAdsLispVar& value);
+  // The text as a string atom, printed into a buffer of 5,000 characters.
+  static CLOMAdsLispVar ToString(const CLOMAdsLispVar& value);
+  // The text, printed into a buffer of 16,384 characters.
+  static CString ToCString(const CLOMAdsLispVar& value);
+
+  // --- Access ---
+
+  static CLOMAdsLispVar Car(const CLOMAdsLispVar& list);
+  static CLOMCdrProxy Cdr(const CLOMAdsLispVar& list);
+  // Behind the end the whole list comes back, after the member's message; nil is not accepted.
+  static CLOMAdsLispVar Nth(unsigned int n, const CLOMAdsLispVar& list);
+  static CLOMAdsLispVar Nth(unsigned int n, const CLOMReverseProxy& reversed);  // from the end
+  static CLOMAdsLispVar Last(const CLOMAdsLispVar& list);
+  static CLOMAdsLispVar Head(int n, CLOMAdsLispVar list) { return list.Head(n); }
+  static unsigned __int64 Length(const CLOMAdsLispVar& list);
+
+  // --- Construction ---
+
+  static CLOMConsProxy Cons(const CLOMAdsLispVar& first, const CLOMAdsLispVar& second) {
+    return CLOMConsProxy(first, second);
+  }
+  // A new list that shares the values as its members.
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6,
+                             const CLOMAdsLispVar& v7);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6,
+                             const CLOMAdsLispVar& v7, const CLOMAdsLispVar& v8);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6,
+                             const CLOMAdsLispVar& v7, const CLOMAdsLispVar& v8, const CLOMAdsLispVar& v9);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6,
+                             const CLOMAdsLispVar& v7, const CLOMAdsLispVar& v8, const CLOMAdsLispVar& v9,
+                             const CLOMAdsLispVar& v10);
+  static CLOMAdsLispVar List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar& v2, const CLOMAdsLispVar& v3,
+                             const CLOMAdsLispVar& v4, const CLOMAdsLispVar& v5, const CLOMAdsLispVar& v6,
+                             const CLOMAdsLispVar& v7, const CLOMAdsLispVar& v8, const CLOMAdsLispVar& v9,
+                             const CLOMAdsLispVar& v10, const CLOMAdsLispVar& v11);
+  // A bare chain of items as one list. The chain is the caller's, and is afterwards as it was.
+  static CLOMAdsLispVar List(resbuf* chain);
+  // A new list; nil, with "CLOMAdsLisp::Append : keine Liste !", unless both are proper lists.
+  static CLOMAdsLispVar Append(const CLOMAdsLispVar& a, const CLOMAdsLispVar& b);
+  static CLOMAdsLispVar NConc(CLOMAdsLispVar& a, const CLOMAdsLispVar& b) {
+    return a.NConc(b);
+  }  // changes `a`
+  static CLOMReverseProxy Reverse(const CLOMAdsLispVar& list);
+
+  // --- Changes in place: the caller's list is changed, for everybody who shares it ---
+
+  static CLOMAdsLispVar RplaCa(CLOMAdsLispVar& list, const CLOMAdsLispVar& value) {
+    return list.RplaCa(value);
+  }
+  static CLOMAdsLispVar RplaCd(CLOMAdsLispVar& list, const CLOMAdsLispVar& value) {
+    return list.RplaCd(value);
+  }
+
+  // --- Assignment: writes `target` and gives `value` ---
+  //
+  // The atom targets use the checked casts of ResBuf, which print on a mismatch and give 0 or null.
+
+  static CLOMAdsLispVar SetQ(short& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(int& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(unsigned int& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(long& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(double& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(__int64& target, const CLOMAdsLispVar& value);
+  // The atom's own text, valid while the value's tree lives.
+  static CLOMAdsLispVar SetQ(const wchar_t*& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(CString& target, const CLOMAdsLispVar& value);       // "" for no text
+  static CLOMAdsLispVar SetQ(std::wstring& target, const CLOMAdsLispVar& value);  // "" for no text
+  // A text is true when it is not empty, an RTSHORT or RTINT64 when it is not 0; any other value
+  // leaves the target alone.
+  static CLOMAdsLispVar SetQ(bool& target, const CLOMAdsLispVar& value);
+  static CLOMAdsLispVar SetQ(wchar_t* buffer, unsigned __int64 size,
+                             const CLOMAdsLispVar& value);                     // as GetString
+  static CLOMAdsLispVar SetQ(double target[3], const CLOMAdsLispVar& value);   // as GetPoint
+  static CLOMAdsLispVar SetQ(__int64 target[2], const CLOMAdsLispVar& value);  // as GetName
+  // Shares the tree; SetQ(x, x) does nothing.
+  static CLOMAdsLispVar SetQ(CLOMAdsLispVar& target, const CLOMAdsLispVar& value);
+  // Give `target`. They work in place, for everybody who shares the list, when the target is the
+  // very list (for Cons: the second value) of the proxy.
+  static CLOMAdsLispVar SetQ(CLOMAdsLispVar& target, const CLOMCdrProxy& rest);
+  static CLOMAdsLispVar SetQ(CLOMAdsLispVar& target, const CLOMConsProxy& pair);
+  static CLOMAdsLispVar SetQ(CLOMAdsLispVar& target, const CLOMReverseProxy& reversed);
+
+  // --- Arguments and result of the LISP function that is being called ---
+
+  // The list of the arguments, an empty list without any; nil when they cannot be converted.
+  static CLOMAdsLispVar ParameterList();
+  // Appends the arguments to what the array holds; one nil without arguments.
+  static void Parameter(CArray<CLOMAdsLispVar, CLOMAdsLispVar&>& parameters);
+  // One argument each; nil where there is none left. Further arguments are ignored.
+  static void Parameter(CLOMAdsLispVar& p1);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3, CLOMAdsLispVar& p4);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3, CLOMAdsLispVar& p4,
+                        CLOMAdsLispVar& p5);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3, CLOMAdsLispVar& p4,
+                        CLOMAdsLispVar& p5, CLOMAdsLispVar& p6);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3, CLOMAdsLispVar& p4,
+                        CLOMAdsLispVar& p5, CLOMAdsLispVar& p6, CLOMAdsLispVar& p7);
+  static void Parameter(CLOMAdsLispVar& p1, CLOMAdsLispVar& p2, CLOMAdsLispVar& p3, CLOMAdsLispVar& p4,
+                        CLOMAdsLispVar& p5, CLOMAdsLispVar& p6, CLOMAdsLispVar& p7, CLOMAdsLispVar& p8);
+  // Hands the value to LISP as ads_return does, and gives it.
+  static CLOMAdsLispVar Return(const CLOMAdsLispVar& value);
+
+  // --- LISP symbols and system variables: the name is a string atom; nil on failure ---
+
+  static CLOMAdsLispVar GetSym(const CLOMAdsLispVar& name);
+  static CLOMAdsLispVar PutSym(const CLOMAdsLispVar& name, const CLOMAdsLispVar& value);  // gives `value`
+  static CLOMAdsLispVar GetVar(const CLOMAdsLispVar& name);
+  static CLOMAdsLispVar SetVar(const CLOMAdsLispVar& name, const CLOMAdsLispVar& value);  // gives `value`
+};

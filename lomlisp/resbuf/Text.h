@@ -1,0 +1,18 @@
+// Texts of records: zero-terminated, on the platform's heap, compared as UTF-16.
+#pragma once
+
+#include <cstddef>
+
+namespace lomlisp {
+
+// The number of characters; 0 for null.
+size_t TextLength(const wchar_t* text);
+
+// A copy from acad_malloc; null for null and when memory runs out.
+wchar_t* CopyText(const wchar_t* text);
+
+// Negative, zero or positive as `a` is less than, equal to or greater than `b` in the order of
+// UTF-16 code units, whatever the width of wchar_t. Neither may be null.
+int CompareText(const wchar_t* a, const wchar_t* b);
+
+}  // namespace lomlisp
