@@ -49,7 +49,7 @@ class Console {
 struct LoggedCall {
   std::string function;                  // "acedPutSym"
   std::wstring name;                     // its text argument, if it has one
-  std::vector<Chain> chains;             // its chain and record arguments, in order
+  std::vector<Chain> chains;             // its chains, records and entity names (as RTENAME), in order
   std::optional<std::string> objection;  // what was wrong with a chain
   bool forced = false;                   // the answer was an order of the test
   int status = RTNORM;                   // what it answered; for pointers RTNORM or, for null, RTERROR
@@ -57,7 +57,8 @@ struct LoggedCall {
 
 // The calls that were made (those for memory and printing excepted), and orders how to answer.
 // An ordered call answers before it does anything; a function that gives a pointer gives null for
-// every status but RTNORM.
+// every status but RTNORM, which is no order to it. Printing and acutRelRb take orders by their
+// name only, so that a general order does not silence messages or make leaks.
 class CallLog {
  public:
   const std::vector<LoggedCall>& Calls() const { return m_calls; }
@@ -72,12 +73,15 @@ class CallLog {
   // The n-th call of the function from now on (1 is the next one) answers `status`.
   void Answer(std::string_view function, int status, uint64_t n);
   void AnswerAll(std::string_view function, int status);
-  // Asked for every call; the call is ordered when an answer comes back.
+  // Asked for every call, those for memory by their function alone; the call is ordered when an
+  // answer comes back.
   void AnswerIf(std::function<std::optional<int>(const LoggedCall&)> order);
   void Reset();
 
   // For the platform functions: the answer that was ordered for this call, if any.
   std::optional<int> Order(const LoggedCall& call);
+  std::optional<int> OrderByName(std::string_view function);
+  bool HasOrders() const { return !m_rules.empty() || !m_predicates.empty(); }
   void Add(LoggedCall call);
 
  private:
@@ -97,7 +101,8 @@ class Symbols {
  public:
   // A name that LISP can bind: no blanks, brackets, quotes, dots alone, numbers; not T, not nil.
   static bool IsLegal(std::wstring_view name);
-  void Set(std::wstring_view name, Chain value);  // one item; nil unbinds
+  // Stores one item; nil unbinds. False for an illegal name and for anything but one item.
+  bool Set(std::wstring_view name, Chain value);
   // The item, or nothing when the symbol is unbound.
   const Chain* Find(std::wstring_view name) const;
   void Reset() { m_values.clear(); }
@@ -164,7 +169,9 @@ class Host {
   CallResult Call(std::wstring_view name, const Chain& arguments);
   // Calls with the items of a text, as in Call(L"SUM", L"1 2.5 (\"a\" . nil)").
   CallResult Call(std::wstring_view name, std::wstring_view arguments);
-  // Evaluates a call written in LISP, as in L"(SUM 1 (NEG 2))": the arguments are values or calls.
+  // Evaluates a call written in LISP, as in L"(SUM 1 (NEG 2) '(3 4) X)": the arguments are values,
+  // 'quoted items, symbols, or calls of defined functions. Nothing is called when there is an error
+  // in the text; the errors of the inner calls are among those of the result.
   CallResult Evaluate(std::wstring_view expression);
 
   // --- For the platform functions: the call that is going on ---

@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lomlisp::embedded {
@@ -23,7 +24,7 @@ struct Balance {
 struct Block {
   uint64_t number;  // the how-manieth allocation it was
   size_t bytes;
-  std::string kind;      // "text" or memory: "acad_malloc"; a record: "record of type 5005"
+  std::string kind;      // "memory", or "record of type 5005"
   std::string function;  // the LISP function that was being called, or empty
   std::string place;     // the code that asked for it, as far as the system can name it
 };
@@ -34,17 +35,23 @@ struct Block {
 // uses are found; under AddressSanitizer they are reported at once.
 class Ledger {
  public:
+  // The record type of a block that is no record: DXF codes may be negative.
+  static constexpr int kPlainMemory = std::numeric_limits<int>::min();
+
   Ledger();
   ~Ledger();
   Ledger(const Ledger&) = delete;
   Ledger& operator=(const Ledger&) = delete;
 
-  // Null when the allocation is told to fail. `recordType` is negative for plain memory.
-  void* Allocate(size_t bytes, Owner owner, int recordType, const void* caller);
-  void Free(void* block);
+  // Null when memory runs out or the allocation is told to fail. `caller` is a code address.
+  void* Allocate(size_t bytes, Owner owner, int recordType = kPlainMemory, const void* caller = nullptr);
+  // Null is ignored. The client may not free what is the host's.
+  void Free(void* block, Owner by = Owner::Client);
 
   Balance Live(Owner owner = Owner::Client) const;
   bool IsLive(const void* block) const;
+  // Whether it is a freed block that is still held back.
+  bool IsFreed(const void* block) const;
   // The bytes of a live block from `pointer`, which may lie within it, to its end; 0 for others.
   size_t BytesFrom(const void* pointer) const;
 
@@ -57,16 +64,17 @@ class Ledger {
   // That one and all after it.
   void FailAllocationsFrom(uint64_t n);
 
-  // Looks at the bytes behind every live block and at the freed ones held back.
+  // Looks at the bytes around every live block and at the freed ones held back.
   void CheckGuards();
   // What went wrong since the last call, a line each; empty when nothing did.
   std::vector<std::string> TakeFaults();
   void Fault(std::string text);
 
-  // Which LISP function is being called; for Block::function.
-  void SetFunctionName(std::function<std::string()> name);
+  // Which LISP function is being called from now on; for Block::function.
+  void SetFunction(std::string_view name);
 
-  // Forgets the live blocks of the client, orders to fail, and faults.
+  // Forgets the live blocks of the client, orders to fail, and faults. A forgotten block may still
+  // be freed; that counts no more.
   void Reset();
 
  private:

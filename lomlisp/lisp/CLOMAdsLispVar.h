@@ -2,6 +2,7 @@
 #pragma once
 
 #include <lomlisp/lisp/CLOMLispElement.h>
+#include <lomlisp/lisp/DataType.h>
 
 #include <memory>
 #include <string>
@@ -103,26 +104,26 @@ class CLOMAdsLispVar {
 
   // --- Predicates on the value ---
 
-  bool ListP() const { return isList(m_element); }
-  bool AtomP() const { return isAtom(m_element); }
-  bool NilP() const { return isNull(m_element); }
-  bool NumberP() const { return isNumber(m_element); }
-  bool IntP() const { return isInt(m_element); }
-  bool LongP() const { return isLong(m_element); }
-  bool Int64P() const { return isInt64(m_element); }
-  bool RealP() const { return isReal(m_element); }
-  bool StringP() const { return isString(m_element); }
-  bool ENameP() const { return isEName(m_element); }
-  bool PickSetP() const { return isPickSet(m_element); }
-  bool PointP() const { return isPoint(m_element); }
-  bool AtomListP() const { return isAtomList(m_element); }
-  bool RealListP() const { return isRealList(m_element); }
-  bool AssocListP() const { return isAssocList(m_element); }
+  bool ListP() const;
+  bool AtomP() const;
+  bool NilP() const;
+  bool NumberP() const;
+  bool IntP() const;
+  bool LongP() const;
+  bool Int64P() const;
+  bool RealP() const;
+  bool StringP() const;
+  bool ENameP() const;
+  bool PickSetP() const;
+  bool PointP() const;
+  bool AtomListP() const;
+  bool RealListP() const;
+  bool AssocListP() const;
   // A number of at most 1e-9. False and "CLOMAdsLispVar::ZeroP : ..." for anything else.
   bool ZeroP() const;
-  // A CLOMAdsLisp::datatype_t: the first that holds of real, int, string, list, pick set and
-  // entity name. dtUnknown and "CLOMAdsLispVar::Type : ..." for anything else.
-  int Type() const;
+  // The first that holds of real, int, string, list, pick set and entity name; dtUnknown, with
+  // "CLOMAdsLispVar::Type : ...", for anything else.
+  lomlisp::datatype_t Type() const;
 
   // --- From and to chains of records ---
   //
@@ -244,5 +245,7 @@ class CLOMAdsLispVar {
   CLOMAdsLispVar(Element& element) : m_element(element) {}  // shares the node
 
  private:
+  void AppendMembers(const Element& list);
+
   Element m_element;
 };

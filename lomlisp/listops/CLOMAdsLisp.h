@@ -11,15 +11,8 @@
 // of the member.
 class CLOMAdsLisp {
  public:
-  enum datatype_t {
-    dtReal = 0,  // also RTLONG and RTINT64
-    dtInt = 1,   // RTSHORT
-    dtString = 2,
-    dtList = 3,  // also nil
-    dtPickSet = 4,
-    dtEName = 5,
-    dtUnknown = 6,
-  };
+  using datatype_t = lomlisp::datatype_t;
+  using enum lomlisp::datatype_t;
 
   // The shared nil: an empty handle from load to unload.
   static const CLOMAdsLispVar Nil;
@@ -41,7 +34,7 @@ class CLOMAdsLisp {
   static bool RealListP(const CLOMAdsLispVar& value) { return value.RealListP(); }
   static bool AssocListP(const CLOMAdsLispVar& value) { return value.AssocListP(); }
   static bool ZeroP(const CLOMAdsLispVar& value) { return value.ZeroP(); }
-  static datatype_t Type(const CLOMAdsLispVar& value) { return static_cast<datatype_t>(value.Type()); }
+  static datatype_t Type(const CLOMAdsLispVar& value) { return value.Type(); }
 
   // --- Printing ---
 

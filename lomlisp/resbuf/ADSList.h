@@ -13,7 +13,7 @@ enum class ADSDeleteFlag : int { Ask = 0, Release = 1, Keep = 2 };
 // Positions are records; null is behind either end. A nested list, RTLB to its RTLE, is one
 // element for the element operations. A Go operation gives 1 and moves the cursor when its target
 // exists, else it gives 0 and the cursor stays. When memory for the sentinel runs out, the list
-// behaves as an empty one.
+// stays empty; what it is told to adopt is released.
 //
 // Constant time, except Last, Previous and Reverse (linear in the chain), NextElement (in the
 // nested list) and PreviousElement (in the chain).
@@ -38,7 +38,7 @@ class ADSBaseList {
   ResBuf* PreviousElement(const ResBuf* record);
 
   // The record under the cursor.
-  ResBuf& Curr() const { return *current; }
+  ResBuf& Curr() const;
   int GoStart() { return Go(Start()); }
   int GoFirst() { return Go(First()); }
   int GoLast() { return Go(Last()); }
@@ -84,7 +84,8 @@ class ADSList : public ADSBaseList {
   ~ADSList() { Destroy(); }
 
   // Inserts a chain behind the cursor and moves the cursor to its last record, so that repeated
-  // calls append in order. Null does nothing; adopting the list's own chain is refused. An adopted
+  // calls append in order. Null does nothing; adopting the list's own chain, or a part of it that
+  // holds the cursor or begins right behind it, is refused. An adopted
   // `resbuf` chain brings the texts of its text groups along, as chains of the platform do; of an
   // adopted ResBuf chain only those texts come that MakeDXF put there. A copy is left out from the
   // record on for which memory runs out. Linear in the inserted chain.
@@ -120,10 +121,9 @@ class ADSList : public ADSBaseList {
   void Destroy();
 
  private:
-  void Link(ResBuf* first, ResBuf* last);
-  void AddOne(ResBuf* record);
-  template <class Insert>
-  void AddBracketed(Insert insert);
+  bool IsOwn(const ResBuf* chain) const;
+  void Link(ResBuf* chain);
+  void AddBracket(short type);
 
   ADSDeleteFlag deleteMode = ADSDeleteFlag::Release;
 };

@@ -48,6 +48,8 @@ void Remove(Entry entry) {
 
 bool IsTextCode(short type) { return type == RTDXF0 || (type != RTSTR && DxfType(type) == RTSTR); }
 
+bool Holds(const resbuf& record) { return Find(record) != TheRegistry().texts.end(); }
+
 void Own(const resbuf& record) {
   if (record.resval.rstring == nullptr) return;
   Registry& registry = TheRegistry();
@@ -82,7 +84,7 @@ void Release(resbuf& record) {
 }
 
 void HandOver(resbuf& record) {
-  const bool ours = Find(record) != TheRegistry().texts.end();
+  const bool ours = Holds(record);
   if (IsTextCode(record.restype)) {
     if (ours)
       Release(record);

@@ -18,6 +18,9 @@ namespace lomlisp::dxftexts {
 // Whether a record of that type would keep a text under something else than RTSTR.
 bool IsTextCode(short type);
 
+// Whether the record holds a text that is kept here.
+bool Holds(const resbuf& record);
+
 // The text now belongs to the records that hold it: `record` is the first. A null text or a text
 // that is already here changes nothing.
 void Own(const resbuf& record);

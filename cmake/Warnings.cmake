@@ -1,0 +1,22 @@
+# Compiler settings for our own targets; users of the library do not get them.
+function(lomlisp_warnings target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /utf-8 /W4 /permissive-)
+    if(LOMLISP_WERROR)
+      target_compile_options(${target} PRIVATE /WX)
+    endif()
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual)
+  if(LOMLISP_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(LOMLISP_SANITIZE)
+    target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
+      -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+  endif()
+endfunction()

@@ -1,0 +1,23 @@
+#include <embedded/Host.h>
+
+namespace lomlisp::embedded {
+
+Host::Host() = default;
+
+// Never destroyed: static values of the library and of modules free their blocks after main.
+Host& Host::Instance() {
+  static Host* const host = new Host;
+  return *host;
+}
+
+void Host::Reset() {
+  switches = {};
+  console.Reset();
+  log.Reset();
+  symbols.Reset();
+  variables.Reset();
+  ledger.Reset();
+  m_functions.clear();
+}
+
+}  // namespace lomlisp::embedded

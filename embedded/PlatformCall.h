@@ -1,0 +1,93 @@
+// What the logged platform functions have in common: orders, checks, the log.
+#pragma once
+
+#include <embedded/Host.h>
+
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+namespace lomlisp::embedded {
+
+class PlatformCall {
+ public:
+  explicit PlatformCall(const char* function, const wchar_t* name = nullptr) {
+    m_call.function = function;
+    if (name != nullptr && m_isWatched) m_call.name = name;
+  }
+
+  PlatformCall& Takes(const resbuf* chain, Place place = Place::Items) {
+    auto objection = Check(chain, m_host.ledger, place);
+    if (objection) {
+      Object(std::move(*objection));
+      m_call.chains.emplace_back();
+    } else if (m_isWatched) {
+      m_call.chains.push_back(Capture(chain));
+    }
+    return *this;
+  }
+
+  // Only the record itself: the link of a single record need not be set.
+  PlatformCall& TakesRecord(const resbuf* record) {
+    if (record == nullptr) return Takes(nullptr);
+    resbuf single = *record;
+    single.rbnext = nullptr;
+    return Takes(&single);
+  }
+
+  PlatformCall& TakesName(const ads_name name) {
+    if (name == nullptr) return Takes(nullptr);
+    resbuf record{nullptr, RTENAME, {}};
+    record.resval.rlname[0] = name[0];
+    record.resval.rlname[1] = name[1];
+    return Takes(&record);
+  }
+
+  void Object(std::string objection) {
+    if (!m_call.objection) m_call.objection = std::move(objection);
+  }
+
+  // Answers what was ordered, or RTERROR for a bad chain, or what `work` gives: a status or a
+  // pointer.
+  template <typename Work>
+  auto Run(Work work) {
+    using Answer = decltype(work());
+    if constexpr (std::is_pointer_v<Answer>) {
+      const auto order = Order();
+      m_call.forced = order && *order != RTNORM;
+      if (m_call.forced) return Log(*order, Answer());
+      if (m_call.objection) return Log(Refuse(), Answer());
+      const Answer answer = work();
+      return Log(answer != nullptr ? RTNORM : RTERROR, answer);
+    } else {
+      const auto order = Order();
+      m_call.forced = order.has_value();
+      const int status = order ? *order : m_call.objection ? Refuse() : work();
+      return Log(status, status);
+    }
+  }
+
+ private:
+  std::optional<int> Order() { return m_host.log.HasOrders() ? m_host.log.Order(m_call) : std::nullopt; }
+
+  // A bad chain is a mistake of the function that is being called.
+  int Refuse() {
+    if (Host::Frame* frame = m_host.CurrentFrame())
+      frame->errors.push_back(m_call.function + ": " + *m_call.objection);
+    return RTERROR;
+  }
+
+  template <typename Answer>
+  Answer Log(int status, Answer answer) {
+    m_call.status = status;
+    m_host.log.Add(std::move(m_call));
+    return answer;
+  }
+
+  Host& m_host = Host::Instance();
+  LoggedCall m_call;
+  bool m_isWatched = m_host.log.Enabled() || m_host.log.HasOrders();
+};
+
+}  // namespace lomlisp::embedded

@@ -1,0 +1,146 @@
+#include <examples/parts/Parts.h>
+
+#include <lomlisp/lomlisp.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <map>
+#include <string>
+
+namespace parts {
+
+namespace {
+
+int CountKinds() {
+  CLOMAdsLispVar names;
+  CLOMAdsLisp::Parameter(names);
+
+  std::map<std::wstring, int> counts;
+  while (!names.NilP()) {
+    std::wstring name;
+    CLOMAdsLisp::SetQ(name, CLOMAdsLisp::Car(names));
+    ++counts[name];
+    CLOMAdsLisp::SetQ(names, CLOMAdsLisp::Cdr(names));
+  }
+
+  CLOMAdsLispVar result;
+  for (const auto& [name, count] : counts) {
+    const CLOMAdsLispVar pair = CLOMAdsLisp::Cons(name, count);
+    CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Cons(pair, result));
+  }
+  CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Reverse(result));
+  CLOMAdsLisp::Return(result);
+  return RTNORM;
+}
+
+int BoundingBox() {
+  CLOMAdsLispVar points;
+  CLOMAdsLisp::Parameter(points);
+  if (points.NilP()) {
+    CLOMAdsLisp::Return(CLOMAdsLisp::Nil);
+    return RTNORM;
+  }
+
+  ads_point lower;
+  ads_point upper;
+  CLOMAdsLisp::SetQ(lower, CLOMAdsLisp::Car(points));
+  CLOMAdsLisp::SetQ(upper, CLOMAdsLisp::Car(points));
+  for (; !points.NilP(); CLOMAdsLisp::SetQ(points, CLOMAdsLisp::Cdr(points))) {
+    ads_point point;
+    CLOMAdsLisp::SetQ(point, CLOMAdsLisp::Car(points));
+    for (int i = 0; i < 2; ++i) {
+      lower[i] = std::min(lower[i], point[i]);
+      upper[i] = std::max(upper[i], point[i]);
+    }
+  }
+  CLOMAdsLisp::Return(
+      CLOMAdsLisp::List(CLOMAdsLisp::List(lower[0], lower[1]), CLOMAdsLisp::List(upper[0], upper[1])));
+  return RTNORM;
+}
+
+int Label() {
+  CLOMAdsLispVar prefix;
+  CLOMAdsLispVar size;
+  CLOMAdsLispVar pitch;
+  CLOMAdsLisp::Parameter(prefix, size, pitch);
+
+  std::wstring text;
+  int number = 0;
+  double step = 0.0;
+  CLOMAdsLisp::SetQ(text, prefix);
+  CLOMAdsLisp::SetQ(number, size);
+  CLOMAdsLisp::SetQ(step, pitch);
+  wchar_t label[80];
+  std::swprintf(label, std::size(label), L"%.40ls%dx%.2f", text.c_str(), number, step);
+  CLOMAdsLisp::Return(label);
+  return RTNORM;
+}
+
+int Group() {
+  CLOMAdsLispVar wanted;
+  CLOMAdsLispVar entity;
+  CLOMAdsLisp::Parameter(wanted, entity);
+
+  int code = 0;
+  CLOMAdsLisp::SetQ(code, wanted);
+  for (; !entity.NilP(); CLOMAdsLisp::SetQ(entity, CLOMAdsLisp::Cdr(entity))) {
+    const CLOMAdsLispVar group = CLOMAdsLisp::Car(entity);
+    int present = 0;
+    CLOMAdsLisp::SetQ(present, CLOMAdsLisp::Car(group));
+    if (present == code) {
+      CLOMAdsLisp::Return(group);
+      return RTNORM;
+    }
+  }
+  CLOMAdsLisp::Return(CLOMAdsLisp::Nil);
+  return RTNORM;
+}
+
+int Nest() {
+  CLOMAdsLispVar rows;
+  CLOMAdsLisp::Parameter(rows);
+  CLOMAdsLisp::Return(CLOMAdsLisp::List(rows));
+  return RTNORM;
+}
+
+int NextNumber() {
+  CLOMAdsLispVar prefix;
+  CLOMAdsLisp::Parameter(prefix);
+
+  const CLOMAdsLispVar last = CLOMAdsLisp::GetSym(L"LAST-NUMBER");
+  int number = 0;
+  if (last.NumberP()) CLOMAdsLisp::SetQ(number, last);
+  ++number;
+  CLOMAdsLisp::PutSym(L"LAST-NUMBER", number);
+
+  std::wstring text;
+  CLOMAdsLisp::SetQ(text, prefix);
+  wchar_t name[80];
+  std::swprintf(name, std::size(name), L"%.40ls-%04d", text.c_str(), number);
+  CLOMAdsLisp::Return(name);
+  return RTNORM;
+}
+
+int Remember() {
+  CLOMAdsLispVar name;
+  CLOMAdsLispVar value;
+  CLOMAdsLisp::Parameter(name, value);
+  CLOMAdsLisp::Return(CLOMAdsLisp::PutSym(name, value));
+  return RTNORM;
+}
+
+constexpr LispFunction kFunctions[] = {
+    {L"COUNT-KINDS", CountKinds},
+    {L"BOUNDING-BOX", BoundingBox},
+    {L"LABEL", Label},
+    {L"GROUP", Group},
+    {L"NEST", Nest},
+    {L"NEXT-NUMBER", NextNumber},
+    {L"REMEMBER", Remember},
+};
+
+}  // namespace
+
+std::span<const LispFunction> Functions() { return kFunctions; }
+
+}  // namespace parts

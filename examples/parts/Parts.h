@@ -1,0 +1,24 @@
+// A first client module: small LISP functions over lists of parts.
+#pragma once
+
+#include <span>
+
+namespace parts {
+
+// A function under the name by which LISP calls it. It takes its arguments from the host, returns
+// its result to it, and gives a status code.
+struct LispFunction {
+  const wchar_t* name;
+  int (*call)();
+};
+
+// (COUNT-KINDS names)         each name with how often it occurs: (("bolt" . 2) ("nut" . 1))
+// (BOUNDING-BOX points)       the lower left and the upper right corner: ((0.0 0.0) (4.0 2.5))
+// (LABEL prefix size pitch)   a text: "M12x1.75"
+// (GROUP code entity)         the group of an entity list under a code: (8 . "WALLS"), or nil
+// (NEST rows)                 the rows as one list within a list, which arrives as it is
+// (NEXT-NUMBER prefix)        counts the LISP symbol LAST-NUMBER up and gives "P-0001", ...
+// (REMEMBER name value)       sets a LISP symbol and gives the value
+std::span<const LispFunction> Functions();
+
+}  // namespace parts

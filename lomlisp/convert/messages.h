@@ -1,0 +1,12 @@
+// What the conversions print on the command line.
+#pragma once
+
+namespace lomlisp::messages {
+
+// Takes the type; InvalidTypeReason follows.
+inline constexpr const wchar_t* InvalidType = L"LispVar::ADSToLisp : invalid type Nr. %d in resbuf\n";
+inline constexpr const wchar_t* InvalidTypeReason =
+    L"                     as a result of the nontransparent interface\n";
+inline constexpr const wchar_t* RecordsLeftOver = L"ListVar::ADSToLisp: malformed ADS-Liste\n";
+
+}  // namespace lomlisp::messages

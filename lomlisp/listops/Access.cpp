@@ -1,0 +1,147 @@
+// Car, Cdr, Nth, Last, Length: the parts of a list.
+
+#include <lomlisp/lisp/Node.h>
+#include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/listops/Echo.h>
+#include <lomlisp/listops/messages.h>
+
+#include <utility>
+
+using namespace lomlisp;
+
+namespace {
+
+// (a . (b c)) is the list (a b c), kept in two nodes.
+const ChildSeq& MembersBehindFirst(const CLOMLispElement& dotted) { return dotted.children[1]->children; }
+
+}  // namespace
+
+// --- Car ---
+
+CLOMAdsLispVar& CLOMAdsLispVar::Car() {
+  if (NilP()) {
+    acutPrintf(messages::MemberCarOfNil);
+  } else if (!ListP()) {
+    acutPrintf(messages::MemberCarOfAtom);
+  } else {
+    Element first = m_element->children.empty() ? nullptr : m_element->children.front();
+    m_element = std::move(first);
+  }
+  return *this;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::Car(const CLOMAdsLispVar& list) {
+  if (!ListP(list)) {
+    Report(messages::CarOfAtom, list);
+    return Nil;
+  }
+  if (NilP(list)) {
+    acutPrintf(messages::CarOfNil);
+    return Nil;
+  }
+  return CLOMAdsLispVar(list).Car();
+}
+
+// --- Cdr ---
+
+CLOMAdsLispVar& CLOMAdsLispVar::Cdr(bool forceCopy) {
+  if (NilP()) return *this;
+  if (!ListP()) {
+    acutPrintf(messages::MemberCdrOfAtom);
+    return *this;
+  }
+  ChildSeq& children = m_element->children;
+  Element rest;
+  if (m_element->dotted == 1 && children.size() == 2) {
+    rest = children[1];
+  } else if (children.size() >= 2) {
+    if (!forceCopy && m_element.use_count() == 1) {
+      children.pop_front();
+      return *this;
+    }
+    rest = std::make_shared<CLOMLispElement>();
+    rest->children.insert(rest->children.end(), children.begin() + 1, children.end());
+  }
+  m_element = std::move(rest);
+  return *this;
+}
+
+CLOMCdrProxy CLOMAdsLisp::Cdr(const CLOMAdsLispVar& list) {
+  if (ListP(list)) return CLOMCdrProxy(list);
+  Report(messages::CdrOfAtom, list);
+  return CLOMCdrProxy(Nil);
+}
+
+CLOMAdsLispVar::CLOMAdsLispVar(const CLOMCdrProxy& rest) : CLOMAdsLispVar(rest.GetList()) { Cdr(true); }
+
+// --- Nth ---
+
+CLOMAdsLispVar& CLOMAdsLispVar::Nth(unsigned int n) {
+  if (!RealListP()) {
+    Report(messages::MemberNthOfOther, *this);
+    return *this;
+  }
+  const unsigned __int64 length = Length();
+  if (n > length) {
+    acutPrintf(messages::MemberNthBehindEnd, static_cast<int>(n), static_cast<int>(length));
+    PrintLine(*this);
+    return *this;
+  }
+  Element member;
+  if (n < length) {
+    const bool behindDot = m_element->dotted == 1 && n > 0;
+    member = behindDot ? MembersBehindFirst(*m_element)[n - 1] : m_element->children[n];
+  }
+  m_element = std::move(member);
+  return *this;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::Nth(unsigned int n, const CLOMAdsLispVar& list) {
+  if (RealListP(list) && !NilP(list)) return CLOMAdsLispVar(list).Nth(n);
+  Report(messages::NthOfOther, list);
+  return Nil;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::Nth(unsigned int n, const CLOMReverseProxy& reversed) {
+  const auto length = static_cast<unsigned int>(Length(reversed.GetList()));
+  // Wraps for a position at or behind the end, which Nth then reports.
+  return Nth(length - 1 - n, reversed.GetList());
+}
+
+// --- Last ---
+
+CLOMAdsLispVar& CLOMAdsLispVar::Last() {
+  if (NilP()) {
+    acutPrintf(messages::MemberLastOfNil);
+  } else if (!RealListP()) {
+    acutPrintf(messages::MemberLastOfOther);
+  } else if (m_element->children.size() >= 2) {
+    Element last = m_element->children.back();
+    m_element = std::move(last);
+  }
+  return *this;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::Last(const CLOMAdsLispVar& list) {
+  if (RealListP(list) && !NilP(list)) return CLOMAdsLispVar(list).Last();
+  Report(messages::LastOfOther, list);
+  return Nil;
+}
+
+// --- Length ---
+
+unsigned __int64 CLOMAdsLispVar::Length() const {
+  if (!RealListP()) {
+    acutPrintf(messages::MemberLengthOfOther, L"CLOMAdsLispVar::Length");
+    return 0;
+  }
+  if (m_element == nullptr) return 0;
+  if (m_element->dotted == 1) return 1 + MembersBehindFirst(*m_element).size();
+  return m_element->children.size();
+}
+
+unsigned __int64 CLOMAdsLisp::Length(const CLOMAdsLispVar& list) {
+  if (RealListP(list)) return list.Length();
+  Report(messages::LengthOfOther, list);
+  return 0;
+}

@@ -1,0 +1,109 @@
+#include <lomlisp/resbuf/AtomText.h>
+
+#include <lomlisp/resbuf/ResBuf.h>
+#include <lomlisp/resbuf/Text.h>
+
+#include <charconv>
+
+namespace lomlisp {
+
+AtomText::AtomText(const resbuf& record, NameForm nameForm) {
+  switch (DxfType(record.restype)) {
+    case RTREAL:
+    case RTANG:
+      PutReal(record.resval.rreal);
+      break;
+    case RTPOINT:
+      PutPoint(record.resval.rpoint, 2);
+      break;
+    case RT3DPOINT:
+      PutPoint(record.resval.rpoint, 3);
+      break;
+    case RTSHORT:
+      PutInteger(record.resval.rint);
+      break;
+    case RTLONG:
+      PutInteger(record.resval.rlong);
+      break;
+    case RTINT64:
+      PutInteger(record.resval.mnInt64);
+      break;
+    case RTSTR:
+      m_quote = L"\"";
+      m_body = {record.resval.rstring, TextLength(record.resval.rstring)};
+      return;
+    case RTENAME:
+      Put(nameForm == NameForm::Long ? L"<Entity name: " : L"<Ename: ");
+      PutInteger(static_cast<uint32_t>(record.resval.rlname[0]), 16);
+      Put(L">");
+      break;
+    case RTPICKS:
+      Put(nameForm == NameForm::Long ? L"<Selection set: " : L"<Selset: ");
+      PutInteger(static_cast<uint32_t>(record.resval.rlname[0]), 16);
+      Put(L">");
+      break;
+    case RTLB:
+      Put(L"(");
+      break;
+    case RTLE:
+      Put(L")");
+      break;
+    case RTDOTE:
+      Put(L"RTDOTE)");
+      break;
+    default:
+      Put(static_cast<const ResBuf&>(record).BaseTypeName());
+      break;
+  }
+  m_body = {m_number.data(), m_length};
+}
+
+void AtomText::Put(std::wstring_view text) { m_length += text.copy(&m_number[m_length], text.size()); }
+
+void AtomText::PutReal(double value) {
+  char digits[320];
+  const char* const end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed, 6).ptr;
+  for (const char* digit = digits; digit != end; ++digit) m_number[m_length++] = static_cast<wchar_t>(*digit);
+}
+
+void AtomText::PutInteger(__int64 value, int base) {
+  char digits[24];
+  const char* const end = std::to_chars(digits, std::end(digits), value, base).ptr;
+  for (const char* digit = digits; digit != end; ++digit) m_number[m_length++] = static_cast<wchar_t>(*digit);
+}
+
+void AtomText::PutPoint(const ads_real* point, int dimensions) {
+  Put(L"( ");
+  for (int i = 0; i < dimensions; ++i) {
+    PutReal(point[i]);
+    Put(L" ");
+  }
+  Put(L")");
+}
+
+size_t EstimateLength(const resbuf& record) {
+  switch (DxfType(record.restype)) {
+    case RTREAL:
+    case RTANG:
+      return 48;
+    case RTPOINT:
+      return 102;
+    case RT3DPOINT:
+      return 150;
+    case RTSHORT:
+    case RTLONG:
+      return 12;
+    case RTINT64:
+      return 24;
+    case RTSTR:
+      return TextLength(record.resval.rstring) + 2;
+    case RTENAME:
+      return 17;
+    case RTPICKS:
+      return 18;
+    default:
+      return AtomText(record, NameForm::Short).Length();
+  }
+}
+
+}  // namespace lomlisp

@@ -1,0 +1,52 @@
+// The printed text of one record.
+#pragma once
+
+#include <lomlisp/platform/ads.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace lomlisp {
+
+// How the names of entities and selection sets are written.
+enum class NameForm { Long, Short };
+
+// The text of a record by its base type, without a copy of the record's own text: three pieces,
+// of which the outer two are the quotes of a text. Numbers are written with the C standard's
+// result for "%f", "%d", "%lx", ..., whatever the locale. Valid while the record lives unchanged.
+class AtomText {
+ public:
+  AtomText(const resbuf& record, NameForm nameForm);
+  AtomText(const AtomText&) = delete;
+  AtomText& operator=(const AtomText&) = delete;
+
+  size_t Length() const { return m_quote.size() + m_body.size() + m_quote.size(); }
+
+  // Writes the first `count` characters, at most all, without a terminating zero; gives how many.
+  size_t CopyTo(wchar_t* target, size_t count) const {
+    size_t written = 0;
+    for (const std::wstring_view piece : {m_quote, m_body, m_quote})
+      written += piece.copy(target + written, count - written);
+    return written;
+  }
+
+ private:
+  void Put(std::wstring_view text);
+  void PutReal(double value);
+  void PutInteger(__int64 value, int base = 10);
+  void PutPoint(const ads_real* point, int dimensions);
+
+  std::wstring_view m_quote;
+  std::wstring_view m_body;
+  // The longest number text is a point of three reals of 309 digits before the decimal point.
+  std::array<wchar_t, 1000> m_number;
+  size_t m_length = 0;
+};
+
+// The length that DebugPrint promises for a record. For names it counts the long form, and it does
+// not grow with the digits of a number.
+size_t EstimateLength(const resbuf& record);
+
+}  // namespace lomlisp

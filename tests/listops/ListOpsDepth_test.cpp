@@ -1,0 +1,310 @@
+// A million levels and a million members on a small stack.
+//
+// There is no clock in here: what takes quadratic time runs for hours and meets the time limit of
+// the test run instead.
+#include <pthread.h>
+#include <tests/listops/Values.h>
+
+#include <functional>
+#include <string>
+
+namespace lomlisp::test {
+
+namespace {
+
+constexpr int kMany = 1'000'000;
+constexpr size_t kSmallStack = 256 * 1024;
+
+void* Run(void* body) {
+  (*static_cast<const std::function<void()>*>(body))();
+  return nullptr;
+}
+
+// (((... 1 ...)))
+CLOMAdsLispVar DeepList(CLOMAdsLispVar core = 1) {
+  for (int level = 0; level < kMany; ++level) core.List();
+  return core;
+}
+
+// (1 . (1 . ... (1 . 2)))
+CLOMAdsLispVar DeepPairs() {
+  const CLOMAdsLispVar car = 1;
+  CLOMAdsLispVar pairs = 2;
+  for (int level = 0; level < kMany; ++level) pairs = DottedOf({car, pairs});
+  return pairs;
+}
+
+// (999999 ... 1 0)
+CLOMAdsLispVar LongList() {
+  CLOMAdsLispVar list;
+  for (long n = 0; n < kMany; ++n) CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(n, list));
+  return list;
+}
+
+// How many lists lie around the innermost last member.
+int Levels(const CLOMAdsLispVar& value) {
+  int levels = 0;
+  for (Element node = value.New(); node != nullptr && !node->children.empty(); ++levels) {
+    const Element last = node->children.back();
+    node = last;
+  }
+  return levels;
+}
+
+long NumberAt(const CLOMAdsLispVar& list, size_t position) { return Child(list, position)->atom; }
+
+}  // namespace
+
+class ListOpsDepthTest : public HostTest {
+ protected:
+  // Runs on a thread of its own, whose stack would not survive a recursion over the levels.
+  static void OnSmallStack(std::function<void()> body) {
+    pthread_attr_t attributes;
+    pthread_t thread;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kSmallStack), 0);
+    ASSERT_EQ(pthread_create(&thread, &attributes, Run, &body), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+  }
+};
+
+// --- Depth ---
+
+TEST_F(ListOpsDepthTest, DeepValuesAreReleased) {
+  OnSmallStack([] {
+    std::weak_ptr<CLOMLispElement> innermost;
+    {
+      CLOMAdsLispVar core = V(L"(1)");
+      innermost = core.New();
+      CLOMAdsLispVar list = DeepList(std::move(core));
+      EXPECT_EQ(Levels(list), kMany + 1);
+    }
+    EXPECT_TRUE(innermost.expired());
+    CLOMAdsLispVar pairs = DeepPairs();
+    EXPECT_EQ(Levels(pairs), kMany);
+    pairs.SetQ(CLOMAdsLisp::Nil);
+    EXPECT_TRUE(IsEmptyHandle(pairs));
+  });
+}
+
+TEST_F(ListOpsDepthTest, CarAndCdrWalkDownAllLevels) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = DeepList();
+    int levels = 0;
+    for (; list.ListP(); ++levels) list.Car();
+    EXPECT_EQ(levels, kMany);
+
+    CLOMAdsLispVar pairs = DeepPairs();
+    for (levels = 0; pairs.ListP(); ++levels) CLOMAdsLisp::SetQ(pairs, CLOMAdsLisp::Cdr(pairs));
+    EXPECT_EQ(levels, kMany);
+    EXPECT_EQ(Text(pairs), "2");
+  });
+}
+
+TEST_F(ListOpsDepthTest, AccessReachesDeepMembers) {
+  OnSmallStack([] {
+    const CLOMAdsLispVar list = ListOf({0, DeepList()});
+    EXPECT_EQ(Levels(CLOMAdsLisp::Last(list)), kMany);
+    EXPECT_EQ(Levels(CLOMAdsLisp::Nth(1, list)), kMany);
+    EXPECT_EQ(Levels(CLOMAdsLisp::Nth(0, CLOMAdsLisp::Reverse(list))), kMany);
+    EXPECT_EQ(CLOMAdsLisp::Length(list), 2U);
+    EXPECT_EQ(Levels(CLOMAdsLisp::Cdr(list)), kMany + 1);
+  });
+}
+
+TEST_F(ListOpsDepthTest, RefusedDeepValuesAreEchoedWhole) {
+  OnSmallStack([this] {
+    const CLOMAdsLispVar pair = DottedOf({DeepList(), 2});
+    EXPECT_TRUE(IsEmptyHandle(CLOMAdsLisp::Nth(0, pair)));
+    const std::string brackets(kMany, '(');
+    EXPECT_EQ(Printed(), "CLOMAdsLisp::Nth : Parameter muß eine Liste sein !\n(" + brackets + "1" +
+                             std::string(kMany, ')') + " . 2)\n");
+  });
+}
+
+TEST_F(ListOpsDepthTest, CopiesKeepAllLevels) {
+  OnSmallStack([] {
+    for (const CLOMAdsLispVar& value : {DeepList(), DeepPairs()}) {
+      CLOMAdsLispVar copy = CLOMAdsLisp::Head(-1, value);
+      EXPECT_EQ(Levels(copy), kMany);
+      EXPECT_NE(copy.New(), value.New());
+      EXPECT_NE(Child(copy, 0), Child(value, 0));
+    }
+  });
+}
+
+TEST_F(ListOpsDepthTest, ConstructionTakesDeepValues) {
+  OnSmallStack([] {
+    const CLOMAdsLispVar deep = DeepList();
+    CLOMAdsLispVar list = CLOMAdsLisp::List(0, deep);
+    CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(deep, list));
+    EXPECT_EQ(ChildCount(list), 3U);
+
+    const CLOMAdsLispVar extended = CLOMAdsLisp::Append(list, ListOf({deep}));
+    EXPECT_EQ(ChildCount(extended), 4U);
+    EXPECT_NE(Child(extended, 0), deep.New());
+    EXPECT_EQ(Child(extended, 3), deep.New());
+
+    const CLOMAdsLispVar reversed = CLOMAdsLisp::Reverse(list);
+    EXPECT_EQ(Levels(reversed.New()->children.front() == nullptr ? CLOMAdsLispVar()
+                                                                 : NodeHandle(Child(reversed, 0))),
+              kMany);
+  });
+}
+
+TEST_F(ListOpsDepthTest, ConsOntoASharedListLooksThroughAllLevels) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = V(L"(1 2)");
+    const CLOMAdsLispVar other = list;
+    const CLOMAdsLispVar unrelated = DeepList();
+    CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(unrelated, list));
+    EXPECT_EQ(Child(list, 0), unrelated.New());
+
+    const CLOMAdsLispVar around = DeepList(list);
+    const std::weak_ptr<CLOMLispElement> node = list.New();
+    CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(around, list));
+    EXPECT_EQ(list.New(), other.New());
+    EXPECT_EQ(ChildCount(list), 4U);
+    EXPECT_NE(Child(list, 0), around.New());
+    EXPECT_EQ(Levels(NodeHandle(Child(list, 0))), kMany + 1);
+  });
+}
+
+TEST_F(ListOpsDepthTest, ReplacingTakesDeepValues) {
+  OnSmallStack([] {
+    const CLOMAdsLispVar deep = DeepList();
+    CLOMAdsLispVar list = V(L"(1 2)");
+    list.RplaCd(deep);
+    EXPECT_EQ(Levels(list), kMany);
+    list.RplaCa(deep);
+    EXPECT_EQ(ChildCount(list), 2U);
+    CLOMAdsLispVar pair = DottedOf({1, 2});
+    pair.RplaCd(deep);
+    EXPECT_EQ(Levels(pair), kMany + 1);
+    list.RplaCa(CLOMAdsLisp::Nil);
+    list.RplaCd(CLOMAdsLisp::Nil);
+    EXPECT_EQ(Text(list), "()");
+  });
+}
+
+TEST_F(ListOpsDepthTest, ReadingADeepListAsANumberEchoesItWhole) {
+  OnSmallStack([this] {
+    short target = 9;
+    CLOMAdsLisp::SetQ(target, DeepList());
+    EXPECT_EQ(target, 0);
+    EXPECT_EQ(Printed(), "CLOMAdsLispVar::GetAtom : Kein Atom : Liste !" + std::string(kMany, '(') + "1" +
+                             std::string(kMany, ')') + "\n");
+  });
+}
+
+// --- Length ---
+
+TEST_F(ListOpsDepthTest, CdrInPlaceConsumesALongList) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = LongList();
+    int steps = 0;
+    for (; !list.NilP(); ++steps) CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cdr(list));
+    EXPECT_EQ(steps, kMany);
+  });
+}
+
+TEST_F(ListOpsDepthTest, ConsPushesOntoALongListThatOthersShare) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = ListOf({});
+    const CLOMAdsLispVar other = list;
+    for (long n = 0; n < kMany; ++n) CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(n, list));
+    EXPECT_EQ(other.Length(), static_cast<unsigned __int64>(kMany));
+    EXPECT_EQ(NumberAt(other, 0), kMany - 1);
+  });
+}
+
+TEST_F(ListOpsDepthTest, ConsAndCdrWorkAsAStackOnALongList) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = LongList();
+    for (int n = 0; n < kMany; ++n) {
+      CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(n, list));
+      CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cdr(list));
+    }
+    EXPECT_EQ(list.Length(), static_cast<unsigned __int64>(kMany));
+  });
+}
+
+TEST_F(ListOpsDepthTest, NConcExtendsALongListMemberByMember) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list;
+    for (long n = 0; n < kMany; ++n) CLOMAdsLisp::NConc(list, CLOMAdsLisp::List(n));
+    EXPECT_EQ(list.Length(), static_cast<unsigned __int64>(kMany));
+    EXPECT_EQ(NumberAt(list, 0), 0);
+    EXPECT_EQ(NumberAt(list, kMany - 1), kMany - 1);
+  });
+}
+
+TEST_F(ListOpsDepthTest, LongListsAreJoinedAndCopied) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = LongList();
+    const CLOMAdsLispVar both = CLOMAdsLisp::Append(list, list);
+    EXPECT_EQ(both.Length(), 2U * kMany);
+    EXPECT_EQ(Child(both, kMany), Child(list, 0));
+    list.NConc(list);
+    EXPECT_EQ(list.Length(), 2U * kMany);
+    EXPECT_EQ(CLOMAdsLisp::Head(kMany, list).Length(), 1U + kMany);
+  });
+}
+
+TEST_F(ListOpsDepthTest, EveryMemberOfALongListIsReachedDirectly) {
+  OnSmallStack([] {
+    const CLOMAdsLispVar list = LongList();
+    const CLOMAdsLispVar last = CLOMAdsLisp::Last(list);
+    __int64 sum = 0;
+    for (unsigned int n = 0; n < kMany; ++n) {
+      sum += static_cast<__int64>(CLOMAdsLisp::Nth(n, list).GetAtom());
+      sum -= static_cast<__int64>(CLOMAdsLisp::Nth(n, CLOMAdsLisp::Reverse(list)).GetAtom());
+      if (CLOMAdsLisp::Length(list) != kMany || CLOMAdsLisp::Last(list).New() != last.New()) ++sum;
+    }
+    EXPECT_EQ(sum, 0);
+  });
+}
+
+TEST_F(ListOpsDepthTest, LongListsAreReversed) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = LongList();
+    CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Reverse(list));
+    EXPECT_EQ(NumberAt(list, 0), 0);
+    const CLOMAdsLispVar copy = CLOMAdsLisp::Reverse(list);
+    EXPECT_EQ(NumberAt(copy, 0), kMany - 1);
+    EXPECT_EQ(NumberAt(copy, kMany - 1), 0);
+  });
+}
+
+TEST_F(ListOpsDepthTest, TheEndsOfALongListAreReplacedDirectly) {
+  OnSmallStack([] {
+    CLOMAdsLispVar list = LongList();
+    for (long n = 0; n < kMany; ++n) {
+      const CLOMAdsLispVar value = CLOMAdsLisp::List(-n);
+      list.RplaCa(value);
+      list.RplaCd(value);
+    }
+    EXPECT_EQ(list.Length(), static_cast<unsigned __int64>(kMany));
+    EXPECT_EQ(NumberAt(list, 0), 1 - kMany);
+    EXPECT_EQ(NumberAt(list, 1), kMany - 2);
+    EXPECT_EQ(NumberAt(list, kMany - 1), 1 - kMany);
+    const CLOMAdsLispVar parent = ListOf({list});
+    CLOMAdsLispVar rest = CLOMAdsLisp::Cdr(list);
+    EXPECT_EQ(CLOMAdsLisp::Length(rest), kMany - 1U);
+    rest.RplaCa(list);
+    EXPECT_EQ(CLOMAdsLisp::Length(rest), 2U * kMany - 2U);
+  });
+}
+
+// Sixty levels, but 2^60 ways down to the bottom.
+TEST_F(ListOpsDepthTest, ConsLooksThroughSharedPartsOnlyOnce) {
+  CLOMAdsLispVar parts = 1;
+  for (int level = 0; level < 60; ++level) parts = ListOf({parts, parts});
+  CLOMAdsLispVar list = V(L"(1)");
+  const CLOMAdsLispVar other = list;
+  CLOMAdsLisp::SetQ(list, CLOMAdsLisp::Cons(parts, list));
+  EXPECT_EQ(Child(other, 0), parts.New());
+}
+
+}  // namespace lomlisp::test
