@@ -5,28 +5,13 @@
 // Compare rows of one run only: ChainToValue with ChainToValueByHand, the loop that makes the
 // same nodes.
 
+#include <bench/StandardHeap.h>
 #include <benchmark/benchmark.h>
 #include <embedded/Host.h>
 #include <lomlisp/lomlisp.h>
 
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <string>
-
-namespace {
-
-size_t standardBytes = 0;
-
-}  // namespace
-
-void* operator new(size_t size) {
-  standardBytes += size;
-  if (void* const block = std::malloc(size)) return block;
-  throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, size_t) noexcept { std::free(block); }
 
 namespace {
 
@@ -134,7 +119,7 @@ CLOMAdsLispVar::Element ByHand(const resbuf* chain) {
 
 // --- The measurements ---
 
-size_t BytesLive() { return standardBytes + Host::Instance().ledger.Live().bytes; }
+size_t BytesLive() { return StandardHeapBytes() + Host::Instance().ledger.Live().bytes; }
 
 // Times `make` and releases what it gives outside the measured time.
 template <class Make>
@@ -150,8 +135,8 @@ void Measure(benchmark::State& state, Make make) {
     state.ResumeTiming();
   }
   state.SetItemsProcessed(state.iterations() * kGroups);
-  state.counters["ns/group"] = benchmark::Counter(
-      kGroups * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["time/group"] = benchmark::Counter(
+      kGroups, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
   state.counters["bytes/group"] = static_cast<double>(bytes) / kGroups;
 }
 
@@ -193,8 +178,8 @@ void Release(benchmark::State& state) {
     state.ResumeTiming();
     value.Clean();
   }
-  state.counters["ns/group"] = benchmark::Counter(
-      kGroups * 1e-9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["time/group"] = benchmark::Counter(
+      kGroups, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 // Five arguments in, a list of three back, the embedded host's part included.

@@ -340,6 +340,11 @@ bool Reader::ReadItem(Token token, Chain& chain) {
   Nesting nesting(Place::Items, false);
   bool isQuoted = false;
   const auto append = [&](const Record& record) {
+    const bool isItem = record.type != RTLE && record.type != RTDOTE;
+    if (isItem && nesting.HasItemBehindDot()) {
+      Fail("a second item behind a dot");
+      return false;
+    }
     const bool isMisplaced = nesting.Take(record.type, chain.size() - begin) == Nesting::Role::Misplaced;
     if (isMisplaced) Fail(nesting.Objection());
     chain.push_back(record);

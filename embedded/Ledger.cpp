@@ -271,7 +271,8 @@ Ledger::Ledger() : m_books(std::make_unique<Books>()) {}
 Ledger::~Ledger() {
   while (!m_books->heldBack.empty()) m_books->LetGo();
   for (Header* header : m_books->LiveBlocks()) {
-    UnpoisonAll(header);
+    const bool isSizeKnown = header->seal == SealOf(*header);
+    if (isSizeKnown) UnpoisonAll(header);
     std::free(header);
   }
 }

@@ -45,6 +45,10 @@ class Nesting {
   // What is wrong, after Misplaced or a false End.
   const char* Objection() const { return m_objection; }
 
+  bool HasItemBehindDot() const {
+    const Level& level = m_levels.back();
+    return level.dot != kNone && level.items > level.itemsBeforeDot;
+  }
   bool IsOutside() const { return m_levels.size() == 1; }
   // The items so far of the list that we are in, or of the chain.
   size_t Items() const { return m_levels.back().items; }

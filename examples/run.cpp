@@ -19,6 +19,8 @@ std::wstring Widen(const std::string& text) { return std::wstring(text.begin(), 
 bool RunLine(Host& host, const std::string& line) {
   host.console.Write(Widen("\n> " + line + "\n"));
   const auto result = host.Evaluate(Widen(line));
+  // Some messages end without a line break.
+  if (host.console.Text().back() != L'\n') host.console.Write(L"\n");
   host.console.Write(L"= " + result.Text() + L"\n");
   for (const std::string& error : result.errors) host.console.Write(L"! " + Widen(error) + L"\n");
   return result.errors.empty();

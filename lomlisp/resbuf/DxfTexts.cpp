@@ -32,9 +32,9 @@ using Entry = std::unordered_map<const void*, Holders>::iterator;
 Entry Find(const resbuf& record) {
   Registry& registry = TheRegistry();
   const Entry none = registry.texts.end();
-  if (record.restype == RTSTR || registry.texts.empty()) return none;
+  if (!MayHold(record.restype) || registry.texts.empty()) return none;
   const bool textCode = IsTextCode(record.restype);
-  if (!textCode && (registry.underForeignCode == 0 || DxfType(record.restype) == record.restype)) return none;
+  if (!textCode && registry.underForeignCode == 0) return none;
   const Entry entry = registry.texts.find(record.resval.rstring);
   return entry == none || textCode || entry->second.underForeignCode ? entry : none;
 }

@@ -24,6 +24,9 @@ bool Holds(const resbuf& record);
 // The text now belongs to the records that hold it: `record` is the first. A null text or a text
 // that is already here changes nothing.
 void Own(const resbuf& record);
+// Whether a record of that type can hold a text that is kept here: no RT type but one can.
+inline bool MayHold(short type) { return type < RTNONE || type == RTDXF0; }
+
 // One more record holds the text, if it is one of ours.
 void Hold(const resbuf& record);
 // The record lets its text go; the last one frees it. The record's pointer is not touched.

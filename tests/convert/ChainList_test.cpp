@@ -1,5 +1,5 @@
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {
@@ -14,7 +14,7 @@ class ChainList : public HostTest {
 TEST_F(ChainList, TheItemsOfAChainAreTheMembers) {
   EXPECT_EQ(List({Short(1), Short(2)}), "(5003:1 5003:2)");
   EXPECT_EQ(List({Short(1)}), "(5003:1)");
-  EXPECT_EQ(List({Bare(RTNIL)}), "(nil)");
+  EXPECT_EQ(List({NoValue(RTNIL)}), "(nil)");
   EXPECT_EQ(List({Begin(), Short(1), End(), String(L"a")}), "((5003:1) 5005:a)");
   EXPECT_EQ(List({Point(1, 2, 3)}), "((5001:1 5001:2 5001:3))");
   EXPECT_EQ(Printed(), "");
@@ -43,7 +43,7 @@ TEST_F(ChainList, WhatCannotBeConvertedIsNil) {
   EXPECT_EQ(Printed(), "ListVar::ADSToLisp: malformed ADS-Liste\n");
   EXPECT_EQ(List({Short(1), Short(2), Dot()}), "nil") << "the dot closes, the bracket behind is left over";
   EXPECT_EQ(Printed(), "ListVar::ADSToLisp: malformed ADS-Liste\n");
-  EXPECT_EQ(List({Bare(5025)}), "nil");
+  EXPECT_EQ(List({NoValue(5025)}), "nil");
   EXPECT_EQ(Printed(),
             "LispVar::ADSToLisp : invalid type Nr. 5025 in resbuf\n"
             "                     as a result of the nontransparent interface\n");

@@ -1,5 +1,5 @@
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {
@@ -52,20 +52,20 @@ TEST_F(ChainToValue, AnAtomKeepsItsTypeAndValue) {
 }
 
 TEST_F(ChainToValue, TIsAnAtom) {
-  EXPECT_EQ(Convert({Bare(RTT)}), "5021");
-  EXPECT_EQ(Convert({Begin(), Bare(RTT), Short(1), End()}), "(5021 5003:1)");
+  EXPECT_EQ(Convert({NoValue(RTT)}), "5021");
+  EXPECT_EQ(Convert({Begin(), NoValue(RTT), Short(1), End()}), "(5021 5003:1)");
   EXPECT_EQ(Printed(), "");
 }
 
 TEST_F(ChainToValue, NilAndVoidAreNoNode) {
-  EXPECT_EQ(Convert({Bare(RTNIL)}), "nil");
-  EXPECT_EQ(Convert({Bare(RTVOID)}), "nil");
-  EXPECT_EQ(Convert({Begin(), Bare(RTNIL), Bare(RTVOID), End()}), "(nil nil)");
+  EXPECT_EQ(Convert({NoValue(RTNIL)}), "nil");
+  EXPECT_EQ(Convert({NoValue(RTVOID)}), "nil");
+  EXPECT_EQ(Convert({Begin(), NoValue(RTNIL), NoValue(RTVOID), End()}), "(nil nil)");
 }
 
 TEST_F(ChainToValue, NoneIsAnEmptyList) {
   CLOMAdsLispVar value;
-  ASSERT_TRUE(value.ADSToLisp(Records{Bare(RTNONE)}));
+  ASSERT_TRUE(value.ADSToLisp(Records{NoValue(RTNONE)}));
   EXPECT_EQ(Tree(value), "()");
   EXPECT_FALSE(value.NilP());
 }
@@ -136,7 +136,7 @@ TEST_F(ChainToValue, ASecondItemIsMalformed) {
   EXPECT_EQ(Printed(), kMalformed);
   EXPECT_EQ(Convert({Begin(), Short(1), End(), Short(2)}), "false");
   EXPECT_EQ(Printed(), kMalformed);
-  EXPECT_EQ(Convert({Bare(RTNIL), Bare(RTNIL)}), "false");
+  EXPECT_EQ(Convert({NoValue(RTNIL), NoValue(RTNIL)}), "false");
   EXPECT_EQ(Printed(), kMalformed);
 }
 
@@ -209,13 +209,13 @@ TEST_F(ChainToValue, TheCdrMayBeAListAPairNilOrAPoint) {
             "{5003:1 (5003:2 5003:3)}");
   EXPECT_EQ(Convert({Begin(), Short(1), Dot(), Begin(), Short(2), Dot(), Short(3), End(), End()}),
             "{5003:1 {5003:2 5003:3}}");
-  EXPECT_EQ(Convert({Begin(), Short(1), Dot(), Bare(RTNIL), End()}), "{5003:1 nil}");
+  EXPECT_EQ(Convert({Begin(), Short(1), Dot(), NoValue(RTNIL), End()}), "{5003:1 nil}");
   EXPECT_EQ(Convert({Begin(), Short(1), Dot(), Point(1, 2, 0, RTPOINT), End()}), "{5003:1 (5001:1 5001:2)}");
 }
 
 TEST_F(ChainToValue, TheCarMayBeAList) {
   EXPECT_EQ(Convert({Begin(), Begin(), Short(1), End(), Dot(), Short(2), End()}), "{(5003:1) 5003:2}");
-  EXPECT_EQ(Convert({Begin(), Bare(RTNIL), Dot(), Short(2), End()}), "{nil 5003:2}");
+  EXPECT_EQ(Convert({Begin(), NoValue(RTNIL), Dot(), Short(2), End()}), "{nil 5003:2}");
 }
 
 TEST_F(ChainToValue, ADotWithNothingInFrontFailsSilently) {
@@ -246,20 +246,20 @@ TEST_F(ChainToValue, TwoMembersBehindTheDotFailSilently) {
 TEST_F(ChainToValue, AnUnknownTypeFailsWithTwoLines) {
   for (const short type : {short{5011}, short{5015}, short{5025}, short{80}, short{-6}, short{-100},
                            short{1072}, short{32767}, short{-32768}}) {
-    EXPECT_EQ(Convert({Bare(type)}), "false");
+    EXPECT_EQ(Convert({NoValue(type)}), "false");
     EXPECT_EQ(Printed(), InvalidType(type));
   }
 }
 
 TEST_F(ChainToValue, AnUnknownTypeAnywhereMakesTheWholeValueNil) {
-  EXPECT_EQ(Convert({Begin(), String(L"a"), Begin(), Bare(5025), End(), End()}), "false");
+  EXPECT_EQ(Convert({Begin(), String(L"a"), Begin(), NoValue(5025), End(), End()}), "false");
   EXPECT_EQ(Printed(), InvalidType(5025));
-  EXPECT_EQ(Convert({Begin(), Short(1), Dot(), Bare(5030), End()}), "false");
+  EXPECT_EQ(Convert({Begin(), Short(1), Dot(), NoValue(5030), End()}), "false");
   EXPECT_EQ(Printed(), InvalidType(5030));
 }
 
 TEST_F(ChainToValue, TheFirstUnknownTypeIsTheOneThatIsNamed) {
-  EXPECT_EQ(Convert({Begin(), Bare(5025), Bare(5026), End()}), "false");
+  EXPECT_EQ(Convert({Begin(), NoValue(5025), NoValue(5026), End()}), "false");
   EXPECT_EQ(Printed(), InvalidType(5025));
 }
 
@@ -322,7 +322,7 @@ TEST_F(ChainToValue, StageOfMembersResetsTheNodeWithoutAChain) {
 
 TEST_F(ChainToValue, StageOfMembersReadsABareChain) {
   for (const bool flag : {false, true}) {
-    Records chain{Short(1), Begin(), Short(2), End(), Bare(RTNIL)};
+    Records chain{Short(1), Begin(), Short(2), End(), NoValue(RTNIL)};
     const resbuf* current = chain;
     Element node = FreshList();
     const Element list = node;
@@ -389,13 +389,13 @@ TEST_F(ChainToValue, StageOfOneRecordNeverFails) {
     return Tree(node);
   };
   EXPECT_EQ(atom(nullptr), "nil");
-  EXPECT_EQ(atom(Records{Bare(RTNIL)}), "nil");
-  EXPECT_EQ(atom(Records{Bare(RTVOID)}), "nil");
-  EXPECT_EQ(atom(Records{Bare(RTNONE)}), "()");
-  EXPECT_EQ(atom(Records{Bare(RTT)}), "5021");
-  EXPECT_EQ(atom(Records{Bare(RTLB)}), "5016");
-  EXPECT_EQ(atom(Records{Bare(RTLE)}), "5017");
-  EXPECT_EQ(atom(Records{Bare(5025)}), "5025");
+  EXPECT_EQ(atom(Records{NoValue(RTNIL)}), "nil");
+  EXPECT_EQ(atom(Records{NoValue(RTVOID)}), "nil");
+  EXPECT_EQ(atom(Records{NoValue(RTNONE)}), "()");
+  EXPECT_EQ(atom(Records{NoValue(RTT)}), "5021");
+  EXPECT_EQ(atom(Records{NoValue(RTLB)}), "5016");
+  EXPECT_EQ(atom(Records{NoValue(RTLE)}), "5017");
+  EXPECT_EQ(atom(Records{NoValue(5025)}), "5025");
   EXPECT_EQ(atom(Records{Short(3, 62)}), "62");
   EXPECT_EQ(atom(Records{String(L"x")}), "5005:x");
   EXPECT_EQ(atom(Records{Point(1, 2, 3, RTPOINT)}), "(5001:1 5001:2)");

@@ -1,5 +1,5 @@
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {
@@ -97,7 +97,7 @@ TEST_F(DxfRuns, EveryGroupCodeGivesItsValueThatType) {
 TEST_F(DxfRuns, CodesBetweenTheGroupsAreUnknown) {
   for (const int code : {-32768, -6,  80,  89,  103,  104,  106,  109,  150,  159,  180,  209,
                          240,    269, 482, 998, 1072, 4999, 5011, 5013, 5015, 5022, 5030, 5032}) {
-    EXPECT_EQ(Convert({Bare(static_cast<short>(code))}), "false");
+    EXPECT_EQ(Convert({NoValue(static_cast<short>(code))}), "false");
     EXPECT_EQ(Printed(), InvalidType(code));
   }
 }
@@ -129,7 +129,7 @@ TEST_F(DxfRuns, APlainRecordBehindARunIsLeftOver) {
 }
 
 TEST_F(DxfRuns, AnUnknownCodeBehindARunIsLeftOver) {
-  EXPECT_EQ(Convert({String(L"0", 8), Bare(80)}), "false");
+  EXPECT_EQ(Convert({String(L"0", 8), NoValue(80)}), "false");
   EXPECT_EQ(Printed(), kMalformed);
 }
 
@@ -140,7 +140,7 @@ TEST_F(DxfRuns, ARunInAListIsOneMember) {
 }
 
 TEST_F(DxfRuns, APlainRecordSeparatesTwoRuns) {
-  EXPECT_EQ(Convert({Begin(), String(L"a", 8), Bare(RTNIL), String(L"b", 8), End()}),
+  EXPECT_EQ(Convert({Begin(), String(L"a", 8), NoValue(RTNIL), String(L"b", 8), End()}),
             "(({5003:8 5005:a}) nil ({5003:8 5005:b}))");
 }
 
@@ -149,7 +149,7 @@ TEST_F(DxfRuns, AnOpeningBracketEndsARun) {
 }
 
 TEST_F(DxfRuns, AnUnknownCodeBehindARunInAListFails) {
-  EXPECT_EQ(Convert({Begin(), String(L"a", 8), Bare(80), End()}), "false");
+  EXPECT_EQ(Convert({Begin(), String(L"a", 8), NoValue(80), End()}), "false");
   EXPECT_EQ(Printed(), InvalidType(80));
 }
 

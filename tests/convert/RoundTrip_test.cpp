@@ -3,7 +3,7 @@
 #include <optional>
 #include <random>
 
-#include "../support/Records.h"
+#include <tests/support/Chains.h>
 
 namespace lomlisp::test {
 namespace {
@@ -266,7 +266,7 @@ class RoundTrip : public HostTest {};
 
 TEST_F(RoundTrip, EveryShortChainConvertsAsTheModelSays) {
   const std::array<resbuf, 8> alphabet = {
-      Begin(), End(), Dot(), Short(1), String(L"l", 8), Short(0, -3), String(L"A", 1001), Bare(5025)};
+      Begin(), End(), Dot(), Short(1), String(L"l", 8), Short(0, -3), String(L"A", 1001), NoValue(5025)};
   constexpr size_t kLength = 5;
   size_t total = 1;
   for (size_t i = 0; i < kLength; ++i) total *= alphabet.size();
@@ -291,11 +291,11 @@ TEST_F(RoundTrip, LongerChainsConvertAsTheModelSays) {
                                            End(),
                                            Dot(),
                                            Short(1),
-                                           Bare(RTNIL),
+                                           NoValue(RTNIL),
                                            Point(1, 2, 3),
                                            String(L"l", 8),
                                            Point(1, 2, 3, 10),
-                                           Bare(RTT)};
+                                           NoValue(RTT)};
   for (int round = 0; round < 20'000; ++round) {
     std::vector<resbuf> records{Begin()};
     for (size_t i = random.Below(10); i > 0; --i) records.push_back(alphabet[random.Below(alphabet.size())]);

@@ -1,8 +1,8 @@
 #include <array>
 #include <utility>
 
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {

@@ -1,5 +1,5 @@
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "../support/Records.h"
+#include <tests/support/Chains.h>
 
 namespace lomlisp::test {
 namespace {
@@ -9,7 +9,7 @@ class ValueSystemVariables : public HostTest {
   ValueSystemVariables() {
     Define(L"MYSHORT", Short(5));
     Define(L"MYREAL", Real(2.5));
-    Define(L"MYTEXT", Bare(RTSTR), L"text");
+    Define(L"MYTEXT", NoValue(RTSTR), L"text");
     Define(L"MYPOINT", Point(1, 2.5, 0, RTPOINT));
     Define(L"MY3DPOINT", Point(1, 2.5, -3));
   }

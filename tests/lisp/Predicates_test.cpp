@@ -214,10 +214,10 @@ TEST_F(Predicates, AnEmptyPointerAsAMemberIsNoAtom) {
 }
 
 TEST_F(Predicates, ADottedListIsOnlyAList) {
-  for (const wchar_t* const text : {L"(1 . 2)", L"(1 2 . 3)", L"(\"a\" . \"b\")"})
-    Expect(Utf8(text), V(text), "ListP ", 3);
+  for (const wchar_t* const text : {L"(1 . 2)", L"(\"a\" . \"b\")"}) Expect(Utf8(text), V(text), "ListP ", 3);
   Expect("dotted ()", DottedOf({}), "ListP ", 3);
   Expect("dotted (1)", DottedOf({Value(1)}), "ListP ", 3);
+  Expect("(1 2 . 3)", DottedOf({Value(1), Value(2), Value(3)}), "ListP ", 3);
   Expect("(1 . nil)", DottedOf({Value(1), Value()}), "ListP ", 3);
   Expect("(nil . 1)", DottedOf({Value(), Value(1)}), "ListP ", 3);
   Expect("((1) . 2)", DottedOf({V(L"(1)"), Value(2)}), "ListP ", 3);

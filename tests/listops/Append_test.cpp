@@ -27,6 +27,11 @@ CLOMAdsLispVar& ByStaticNConc(CLOMAdsLispVar& a, const CLOMAdsLispVar& b) {
   return a;
 }
 
+std::string FormName(const ::testing::TestParamInfo<Extend>& info) {
+  if (info.param == ByAppend) return "Append";
+  return info.param == ByNConc ? "NConc" : "StaticNConc";
+}
+
 }  // namespace
 
 // --- The member and NConc, which are the same ---
@@ -34,20 +39,16 @@ CLOMAdsLispVar& ByStaticNConc(CLOMAdsLispVar& a, const CLOMAdsLispVar& b) {
 class ExtendTest : public HostTest, public ::testing::WithParamInterface<Extend> {
  protected:
   // The operation, checked to give its own variable.
-  static void Run(CLOMAdsLispVar& a, const CLOMAdsLispVar& b) { EXPECT_EQ(&GetParam()(a, b), &a); }
+  static void Apply(CLOMAdsLispVar& a, const CLOMAdsLispVar& b) { EXPECT_EQ(&GetParam()(a, b), &a); }
 };
-INSTANTIATE_TEST_SUITE_P(Forms, ExtendTest, ::testing::Values(ByAppend, ByNConc, ByStaticNConc),
-                         [](const ::testing::TestParamInfo<Extend>& info) {
-                           constexpr const char* kNames[] = {"Append", "NConc", "StaticNConc"};
-                           return std::string(kNames[info.index]);
-                         });
+INSTANTIATE_TEST_SUITE_P(Forms, ExtendTest, ::testing::Values(ByAppend, ByNConc, ByStaticNConc), FormName);
 
 TEST_P(ExtendTest, ExtendsAnUnsharedListInPlaceWithTheMembersThemselves) {
   CLOMAdsLispVar a = V(L"(1 2)");
   const CLOMAdsLispVar b = V(L"((3) 4)");
   const CLOMLispElement* node = a.New().get();
   const CLOMLispElement* first = Child(a, 0).get();
-  Run(a, b);
+  Apply(a, b);
   EXPECT_EQ(Text(a), "(1 2 (3) 4)");
   EXPECT_EQ(a.New().get(), node);
   EXPECT_EQ(Child(a, 0).get(), first);
@@ -61,7 +62,7 @@ TEST_P(ExtendTest, ExtendsADeepCopyOfASharedList) {
   CLOMAdsLispVar a = V(L"((1) 2)");
   const CLOMAdsLispVar other = a;
   const CLOMAdsLispVar b = V(L"(3)");
-  Run(a, b);
+  Apply(a, b);
   EXPECT_EQ(Text(a), "((1) 2 3)");
   EXPECT_EQ(Text(other), "((1) 2)");
   EXPECT_FALSE(ShareNodes(a, other));
@@ -71,7 +72,7 @@ TEST_P(ExtendTest, ExtendsADeepCopyOfASharedList) {
 TEST_P(ExtendTest, CountsAParentListAsAnOwner) {
   CLOMAdsLispVar a = V(L"(1)");
   const CLOMAdsLispVar parent = ListOf({a});
-  Run(a, V(L"(2)"));
+  Apply(a, V(L"(2)"));
   EXPECT_EQ(Text(a), "(1 2)");
   EXPECT_EQ(Text(parent), "((1))");
 }
@@ -80,7 +81,7 @@ TEST_P(ExtendTest, ByNilChangesNothing) {
   for (const CLOMAdsLispVar& nil : {CLOMAdsLispVar(), NilAtom()}) {
     CLOMAdsLispVar a = V(L"(1)");
     const CLOMAdsLispVar other = a;
-    Run(a, nil);
+    Apply(a, nil);
     EXPECT_EQ(a.New(), other.New());
   }
   EXPECT_EQ(Printed(), "");
@@ -89,10 +90,10 @@ TEST_P(ExtendTest, ByNilChangesNothing) {
 TEST_P(ExtendTest, OfNilSharesTheOtherListItself) {
   for (const CLOMAdsLispVar& b : {V(L"(1 2)"), ListOf({}), DottedOf({1, V(L"(2)")})}) {
     CLOMAdsLispVar nil;
-    Run(nil, b);
+    Apply(nil, b);
     EXPECT_EQ(nil.New(), b.New());
     CLOMAdsLispVar nilAtom = NilAtom();
-    Run(nilAtom, b);
+    Apply(nilAtom, b);
     EXPECT_EQ(nilAtom.New(), b.New());
   }
   EXPECT_EQ(Printed(), "");
@@ -100,11 +101,11 @@ TEST_P(ExtendTest, OfNilSharesTheOtherListItself) {
 
 TEST_P(ExtendTest, OfNilByNilStaysAsItIs) {
   CLOMAdsLispVar nil;
-  Run(nil, NilAtom());
+  Apply(nil, NilAtom());
   EXPECT_TRUE(IsEmptyHandle(nil));
   CLOMAdsLispVar nilAtom = NilAtom();
   const Element node = nilAtom.New();
-  Run(nilAtom, CLOMAdsLisp::Nil);
+  Apply(nilAtom, CLOMAdsLisp::Nil);
   EXPECT_EQ(nilAtom.New(), node);
   EXPECT_EQ(Printed(), "");
 }
@@ -112,7 +113,7 @@ TEST_P(ExtendTest, OfNilByNilStaysAsItIs) {
 TEST_P(ExtendTest, ByAnEmptyListAddsThatListAsAMember) {
   const CLOMAdsLispVar empty = ListOf({});
   CLOMAdsLispVar a = V(L"(1)");
-  Run(a, empty);
+  Apply(a, empty);
   EXPECT_EQ(Text(a), "(1 ())");
   EXPECT_EQ(Child(a, 1), empty.New());
 }
@@ -120,7 +121,7 @@ TEST_P(ExtendTest, ByAnEmptyListAddsThatListAsAMember) {
 TEST_P(ExtendTest, OfAnEmptyListWorksInPlace) {
   CLOMAdsLispVar a = ListOf({});
   const CLOMLispElement* node = a.New().get();
-  Run(a, V(L"(1 2)"));
+  Apply(a, V(L"(1 2)"));
   EXPECT_EQ(Text(a), "(1 2)");
   EXPECT_EQ(a.New().get(), node);
 }
@@ -128,13 +129,13 @@ TEST_P(ExtendTest, OfAnEmptyListWorksInPlace) {
 TEST_P(ExtendTest, TakesNullMembersAlong) {
   CLOMAdsLispVar a = ListOf({CLOMAdsLisp::nil()});
   const CLOMAdsLispVar other = a;
-  Run(a, ListOf({CLOMAdsLisp::nil(), 2}));
+  Apply(a, ListOf({CLOMAdsLisp::nil(), 2}));
   EXPECT_EQ(Text(a), "(nil nil 2)");
 }
 
 TEST_P(ExtendTest, TakesTheTwoMembersOfAListAsDottedPair) {
   CLOMAdsLispVar a = V(L"(0)");
-  Run(a, DottedOf({1, V(L"(2 3)")}));
+  Apply(a, DottedOf({1, V(L"(2 3)")}));
   EXPECT_EQ(Text(a), "(0 1 (2 3))");
   EXPECT_EQ(Printed(), "");
 }
@@ -143,7 +144,7 @@ TEST_P(ExtendTest, OfAListAsDottedPairKeepsItsMark) {
   for (const bool shared : {false, true}) {
     CLOMAdsLispVar a = DottedOf({1, V(L"(2)")});
     const CLOMAdsLispVar other = shared ? a : CLOMAdsLispVar();
-    Run(a, V(L"(3)"));
+    Apply(a, V(L"(3)"));
     EXPECT_EQ(Text(a), "(1 . (2) 3)");
     EXPECT_TRUE(IsDotted(a));
   }
@@ -153,13 +154,13 @@ TEST_P(ExtendTest, RefusesWhatIsNoProperListOnEitherSide) {
   for (const CLOMAdsLispVar& value : ImproperValues()) {
     CLOMAdsLispVar a = V(L"(1)");
     const Element node = a.New();
-    Run(a, value);
+    Apply(a, value);
     EXPECT_EQ(a.New(), node);
     EXPECT_EQ(Text(a), "(1)");
     EXPECT_EQ(Printed(), kMemberNoList);
 
     CLOMAdsLispVar improper = value;
-    Run(improper, V(L"(1)"));
+    Apply(improper, V(L"(1)"));
     EXPECT_EQ(improper.New(), value.New());
     EXPECT_EQ(Printed(), kMemberNoList);
   }
@@ -167,21 +168,21 @@ TEST_P(ExtendTest, RefusesWhatIsNoProperListOnEitherSide) {
 
 TEST_P(ExtendTest, RefusesBeforeItLooksForNil) {
   CLOMAdsLispVar nil;
-  Run(nil, V(L"7"));
+  Apply(nil, V(L"7"));
   EXPECT_TRUE(IsEmptyHandle(nil));
   EXPECT_EQ(Printed(), kMemberNoList);
   CLOMAdsLispVar atom = V(L"7");
-  Run(atom, CLOMAdsLisp::Nil);
+  Apply(atom, CLOMAdsLisp::Nil);
   EXPECT_EQ(Text(atom), "7");
   EXPECT_EQ(Printed(), kMemberNoList);
-  Run(atom, V(L"8"));
+  Apply(atom, V(L"8"));
   EXPECT_EQ(Printed(), kMemberNoList);
 }
 
 TEST_P(ExtendTest, ByItselfTakesItsMembersTwice) {
   CLOMAdsLispVar a = V(L"((1) 2)");
   const CLOMLispElement* node = a.New().get();
-  Run(a, a);
+  Apply(a, a);
   EXPECT_EQ(Text(a), "((1) 2 (1) 2)");
   EXPECT_EQ(a.New().get(), node);
   EXPECT_EQ(Child(a, 0), Child(a, 2));
@@ -190,7 +191,7 @@ TEST_P(ExtendTest, ByItselfTakesItsMembersTwice) {
 TEST_P(ExtendTest, ByItselfWhileSharedTakesTheOldMembersBehindTheirCopies) {
   CLOMAdsLispVar a = V(L"((1) 2)");
   const CLOMAdsLispVar other = a;
-  Run(a, a);
+  Apply(a, a);
   EXPECT_EQ(Text(a), "((1) 2 (1) 2)");
   EXPECT_EQ(Text(other), "((1) 2)");
   EXPECT_NE(Child(a, 0), Child(other, 0));
@@ -200,7 +201,7 @@ TEST_P(ExtendTest, ByItselfWhileSharedTakesTheOldMembersBehindTheirCopies) {
 TEST_P(ExtendTest, ByAnotherHandleOnTheSameNodeLeavesThatOneAlone) {
   CLOMAdsLispVar a = V(L"(1 2)");
   const CLOMAdsLispVar b = a;
-  Run(a, b);
+  Apply(a, b);
   EXPECT_EQ(Text(a), "(1 2 1 2)");
   EXPECT_EQ(Text(b), "(1 2)");
 }
@@ -209,7 +210,7 @@ TEST_P(ExtendTest, OfAnEmptyListByItselfAddsAFreshEmptyList) {
   NodeWatch watch;
   {
     CLOMAdsLispVar a = ListOf({});
-    Run(a, a);
+    Apply(a, a);
     EXPECT_EQ(Text(a), "(())");
     EXPECT_NE(Child(a, 0), a.New());
     watch.Note(a);
@@ -217,12 +218,21 @@ TEST_P(ExtendTest, OfAnEmptyListByItselfAddsAFreshEmptyList) {
   EXPECT_EQ(watch.Alive(), 0U);
 }
 
+TEST_P(ExtendTest, OfASharedEmptyListByItselfAddsAFreshEmptyListToo) {
+  CLOMAdsLispVar a = ListOf({});
+  const CLOMAdsLispVar other = a;
+  Apply(a, a);
+  EXPECT_EQ(Text(a), "(())");
+  EXPECT_NE(Child(a, 0), other.New());
+  EXPECT_EQ(Text(other), "()");
+}
+
 TEST_P(ExtendTest, OfAnEmptyListByAnotherHandleOnItLeavesThatOneAlone) {
   NodeWatch watch;
   {
     CLOMAdsLispVar a = ListOf({});
     const CLOMAdsLispVar b = a;
-    Run(a, b);
+    Apply(a, b);
     EXPECT_EQ(Text(a), "(())");
     EXPECT_EQ(Text(b), "()");
     watch.Note(a);
@@ -236,7 +246,7 @@ TEST_P(ExtendTest, ByAListAroundItselfBuildsNoCycle) {
   {
     CLOMAdsLispVar a = V(L"(1)");
     const CLOMAdsLispVar around = ListOf({ListOf({a})});
-    Run(a, around);
+    Apply(a, around);
     EXPECT_EQ(Text(a), "(1 ((1)))");
     EXPECT_EQ(Text(around), "(((1)))");
     watch.Note(a);
@@ -248,7 +258,7 @@ TEST_P(ExtendTest, ByAListAroundItselfBuildsNoCycle) {
 TEST_P(ExtendTest, ByItsOwnMemberWorksInPlace) {
   CLOMAdsLispVar a = V(L"((1 2))");
   const CLOMLispElement* node = a.New().get();
-  Run(a, CLOMAdsLisp::Car(a));
+  Apply(a, CLOMAdsLisp::Car(a));
   EXPECT_EQ(Text(a), "((1 2) 1 2)");
   EXPECT_EQ(a.New().get(), node);
 }

@@ -68,7 +68,8 @@ class AListOfRecords : public HostTest {
   static void ExpectEmpty(ADSBaseList& list) {
     EXPECT_TRUE(list.isNIL());
     EXPECT_TRUE(list.atStart());
-    EXPECT_FALSE(list.atFirst());
+    // Without a sentinel the cursor is null, as the first record is.
+    EXPECT_EQ(list.atFirst(), list.Start() == nullptr);
     EXPECT_TRUE(list.atLast());
     EXPECT_EQ(list.First(), nullptr);
     EXPECT_EQ(list.Last(), nullptr);

@@ -1,5 +1,5 @@
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {
@@ -24,7 +24,7 @@ class DebugPrinter : public HostTest {
 
 TEST_F(DebugPrinter, Nil) {
   EXPECT_EQ(Debug(CLOMAdsLisp::Nil), "nil");
-  EXPECT_EQ(Debug(Atom(Bare(RTNIL))), "nil");
+  EXPECT_EQ(Debug(Atom(NoValue(RTNIL))), "nil");
   EXPECT_EQ(Debug(ListOf({CLOMAdsLisp::Nil})), "(nil)");
 }
 
@@ -40,9 +40,9 @@ TEST_F(DebugPrinter, AtomsHaveTheirDebuggingForm) {
   EXPECT_EQ(Debug(Atom(Name(0x2A, RTPICKS))), "<Selset: 2a>");
   EXPECT_EQ(Debug(Atom(Name(0xFFFFFFFFLL))), "<Ename: ffffffff>");
   EXPECT_EQ(Debug(Atom(Name(0xFFFFFFFFLL, RTPICKS))), "<Selset: ffffffff>");
-  EXPECT_EQ(Debug(Atom(Bare(RTT))), "<5021>");
-  EXPECT_EQ(Debug(Atom(Bare(RTVOID))), "RTVOID");
-  EXPECT_EQ(Debug(Atom(Bare(RTDOTE))), "RTDOTE)");
+  EXPECT_EQ(Debug(Atom(NoValue(RTT))), "<5021>");
+  EXPECT_EQ(Debug(Atom(NoValue(RTVOID))), "RTVOID");
+  EXPECT_EQ(Debug(Atom(NoValue(RTDOTE))), "RTDOTE)");
 }
 
 TEST_F(DebugPrinter, TextsAreWhole) {

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <array>
 
-#include "../support/Records.h"
-#include "../support/SmallStack.h"
+#include <tests/support/Chains.h>
+#include <tests/support/SmallStack.h>
 
 namespace lomlisp::test {
 namespace {
@@ -65,7 +65,7 @@ class Printer : public HostTest {
 
 TEST_F(Printer, Nil) {
   EXPECT_EQ(Both(CLOMAdsLisp::Nil), "nil");
-  EXPECT_EQ(Both(Atom(Bare(RTNIL))), "nil");
+  EXPECT_EQ(Both(Atom(NoValue(RTNIL))), "nil");
   EXPECT_EQ(Both(ListOf({CLOMAdsLisp::Nil})), "(nil)");
 }
 
@@ -82,11 +82,11 @@ TEST_F(Printer, Atoms) {
   EXPECT_EQ(Both(Atom(Name(0x1F))), "<Entity name: 1f>");
   EXPECT_EQ(Both(Atom(Name(0x2A, RTPICKS))), "<Selection set: 2a>");
   EXPECT_EQ(Both(Atom(Real(1, RTORINT))), "RTORINT");
-  EXPECT_EQ(Both(Atom(Bare(RTVOID))), "RTVOID");
-  EXPECT_EQ(Both(Atom(Bare(RTLB))), "(");
-  EXPECT_EQ(Both(Atom(Bare(RTLE))), ")");
-  EXPECT_EQ(Both(Atom(Bare(RTDOTE))), "RTDOTE)");
-  EXPECT_EQ(Both(Atom(Bare(RTT))), "<5021>");
+  EXPECT_EQ(Both(Atom(NoValue(RTVOID))), "RTVOID");
+  EXPECT_EQ(Both(Atom(NoValue(RTLB))), "(");
+  EXPECT_EQ(Both(Atom(NoValue(RTLE))), ")");
+  EXPECT_EQ(Both(Atom(NoValue(RTDOTE))), "RTDOTE)");
+  EXPECT_EQ(Both(Atom(NoValue(RTT))), "<5021>");
   EXPECT_EQ(Both(Atom(String(L"LINE", RTDXF0))), "RTDXF0");
 }
 

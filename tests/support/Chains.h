@@ -10,57 +10,57 @@
 #include <string>
 #include <vector>
 
-#include "HostTest.h"
+#include <tests/support/HostTest.h>
 
 namespace lomlisp::test {
 
-inline resbuf Bare(short type) {
+inline resbuf NoValue(short type) {
   resbuf record{};
   record.restype = type;
   return record;
 }
 inline resbuf Short(short value, short type = RTSHORT) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rint = value;
   return record;
 }
 inline resbuf Long(int32_t value, short type = RTLONG) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rlong = value;
   return record;
 }
 inline resbuf Int64(__int64 value, short type = RTINT64) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.mnInt64 = value;
   return record;
 }
 inline resbuf Real(double value, short type = RTREAL) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rreal = value;
   return record;
 }
 // The text stays the caller's.
 inline resbuf String(const wchar_t* text, short type = RTSTR) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rstring = const_cast<wchar_t*>(text);
   return record;
 }
 inline resbuf Name(__int64 word, short type = RTENAME) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rlname[0] = word;
   record.resval.rlname[1] = word + 1;
   return record;
 }
 inline resbuf Point(double x, double y, double z, short type = RT3DPOINT) {
-  resbuf record = Bare(type);
+  resbuf record = NoValue(type);
   record.resval.rpoint[0] = x;
   record.resval.rpoint[1] = y;
   record.resval.rpoint[2] = z;
   return record;
 }
-inline resbuf Begin() { return Bare(RTLB); }
-inline resbuf End() { return Bare(RTLE); }
-inline resbuf Dot() { return Bare(RTDOTE); }
+inline resbuf Begin() { return NoValue(RTLB); }
+inline resbuf End() { return NoValue(RTLE); }
+inline resbuf Dot() { return NoValue(RTDOTE); }
 
 // A chain that is only there to be read. Its records are no blocks of the platform's heap, so
 // freeing one of them or its text is noticed.

@@ -1,0 +1,6 @@
+// How many bytes were asked of the standard allocator in this process.
+#pragma once
+
+#include <cstddef>
+
+size_t StandardHeapBytes();
