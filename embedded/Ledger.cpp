@@ -88,7 +88,8 @@ std::string PlaceName(const void* address) {
 }
 
 bool IsFilledWith(const std::byte* memory, size_t bytes, unsigned char value) {
-  return std::all_of(memory, memory + bytes, [=](std::byte byte) { return byte == std::byte{value}; });
+  // Equal to itself, one byte further on: as fast as memory can be read.
+  return bytes == 0 || (memory[0] == std::byte{value} && std::memcmp(memory, memory + 1, bytes - 1) == 0);
 }
 
 void PoisonGuards(Header* header) {
@@ -98,20 +99,27 @@ void PoisonGuards(Header* header) {
 
 void UnpoisonAll(Header* header) { Unpoison(header, Footprint(*header)); }
 
+std::array<std::byte*, 2> GuardsOf(Header* header) {
+  return {MemoryOf(header) - kGuardBytes, MemoryOf(header) + header->bytes};
+}
+
+void FillGuards(Header* header) {
+  for (std::byte* guard : GuardsOf(header)) std::memset(guard, kGuardByte, kGuardBytes);
+}
+
 // Whether both guards are as they were; they are so afterwards, so that a write is found once.
 bool RenewGuards(Header* header) {
-  const std::array<std::byte*, 2> guards{MemoryOf(header) - kGuardBytes, MemoryOf(header) + header->bytes};
-  bool good = true;
-  for (std::byte* guard : guards) {
-    good = IsFilledWith(guard, kGuardBytes, kGuardByte) && good;
-    std::memset(guard, kGuardByte, kGuardBytes);
-  }
+  const auto guards = GuardsOf(header);
+  const bool good = std::all_of(guards.begin(), guards.end(), [](const std::byte* guard) {
+    return IsFilledWith(guard, kGuardBytes, kGuardByte);
+  });
+  if (!good) FillGuards(header);
   return good;
 }
 
 bool RenewFreed(Header* header) {
   const bool good = IsFilledWith(MemoryOf(header), header->bytes, kFreedByte);
-  std::memset(MemoryOf(header), kFreedByte, header->bytes);
+  if (!good) std::memset(MemoryOf(header), kFreedByte, header->bytes);
   return RenewGuards(header) && good;
 }
 
@@ -287,7 +295,7 @@ void* Ledger::Allocate(size_t bytes, Owner owner, int recordType, const void* ca
   header->seal = SealOf(*header);
   std::byte* block = MemoryOf(header);
   std::memset(block, kFreshByte, bytes);
-  RenewGuards(header);
+  FillGuards(header);
   PoisonGuards(header);
 
   Page* page = books.Find(AddressOf(block));

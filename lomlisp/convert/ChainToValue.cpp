@@ -227,7 +227,7 @@ bool CLOMAdsLispVar::ADS_Atom(const resbuf* record, Element& node) {
       // A text of its own, since the chain's will go with the chain.
       resbuf copy = *record;
       copy.resval.rstring = CopyText(record->resval.rstring);
-      dxftexts::Own(copy);
+      dxftexts::Own(copy, RTDXF0);
       node->atom = copy;
       dxftexts::Drop(copy);
       break;

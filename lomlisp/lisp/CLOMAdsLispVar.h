@@ -245,7 +245,5 @@ class CLOMAdsLispVar {
   CLOMAdsLispVar(Element& element) : m_element(element) {}  // shares the node
 
  private:
-  void AppendMembers(const Element& list);
-
   Element m_element;
 };

@@ -116,25 +116,29 @@ void ChildSeq::clear() noexcept {
   if (m_block != nullptr) ReleaseAll(std::exchange(m_block, nullptr));
 }
 
+// A block that is at most half full slides its children instead of growing, which is paid for by
+// the room that this gives. A block that grows doubles on the side that ran out; the other side
+// keeps its room, so that growing at both ends in turn is paid for as well.
 void ChildSeq::MakeRoomBehind(size_type room) {
   if (RoomBehind() >= room) return;
   const size_type needed = size() + room;
-  // A block that is at most half full slides its children instead of growing, which is paid for by
-  // the room that this gives.
-  if (m_block != nullptr && needed * 2 <= m_block->capacity)
+  if (m_block != nullptr && needed * 2 <= m_block->capacity) {
     Relocate(m_block->capacity, (m_block->capacity - needed) / 2);
-  else
-    Relocate(std::max({needed, size() * 2, kSmallest}), 0);
+  } else {
+    const size_type inFront = std::min(RoomInFront(), size());
+    Relocate(inFront + std::max({needed, size() * 2, kSmallest}), inFront);
+  }
 }
 
 void ChildSeq::MakeRoomInFront(size_type room) {
-  if (m_block != nullptr && m_block->first >= room) return;
+  if (RoomInFront() >= room) return;
   const size_type needed = size() + room;
   if (m_block != nullptr && needed * 2 <= m_block->capacity) {
     Relocate(m_block->capacity, room + (m_block->capacity - needed) / 2);
   } else {
-    const size_type capacity = std::max({needed, size() * 2, kSmallest});
-    Relocate(capacity, capacity - size());
+    const size_type behind = std::min(RoomBehind(), size());
+    const size_type filled = std::max({needed, size() * 2, kSmallest});
+    Relocate(filled + behind, filled - size());
   }
 }
 

@@ -69,7 +69,7 @@ class ChildSeq {
     ++m_block->count;
   }
   void push_front(value_type child) {
-    if (m_block == nullptr || m_block->first == 0) MakeRoomInFront(1);
+    if (RoomInFront() == 0) MakeRoomInFront(1);
     new (begin() - 1) value_type(std::move(child));
     --m_block->first;
     ++m_block->count;
@@ -99,6 +99,7 @@ class ChildSeq {
   static Block* Allocate(size_type capacity);
   static void ReleaseAll(Block* block) noexcept;
 
+  size_type RoomInFront() const { return m_block != nullptr ? m_block->first : 0; }
   size_type RoomBehind() const {
     return m_block != nullptr ? m_block->capacity - m_block->first - m_block->count : 0;
   }

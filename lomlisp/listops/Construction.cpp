@@ -87,9 +87,10 @@ CLOMAdsLispVar& CLOMAdsLispVar::Cons(const CLOMAdsLispVar& second) {
 CLOMAdsLispVar& CLOMAdsLispVar::Cons(CLOMAdsLispVar&& second) {
   if (!node::IsProperList(second.m_element.get())) return Cons(std::as_const(second));
   Element list = second.m_element;
-  // A node that contains itself would never die. Nobody else can reach a node that only this
-  // handle (and `list`) owns.
-  if (list.use_count() > 2 && Contains(m_element.get(), list.get())) m_element = DeepCopy(m_element);
+  // A node that contains itself would never die. Nobody else can reach a node that only `second`
+  // (and `list`) owns.
+  const bool reachable = this == &second || list.use_count() > 2;
+  if (reachable && Contains(m_element.get(), list.get())) m_element = DeepCopy(m_element);
   list->children.push_front(m_element);
   m_element = std::move(list);
   return *this;
@@ -198,25 +199,17 @@ CLOMAdsLispVar& CLOMAdsLispVar::Append(const CLOMAdsLispVar& b) {
     m_element = b.m_element;
     return *this;
   }
-  if (m_element.use_count() != 1) {
-    // `b` may be this very handle, so the old tree stays until its members are in.
-    CLOMAdsLispVar copy;
-    copy.m_element = DeepCopy(m_element);
-    copy.AppendMembers(b.m_element);
-    m_element = std::move(copy.m_element);
-  } else {
-    AppendMembers(b.m_element);
-  }
-  return *this;
-}
-
-// Only here is the node still without other owners, so `list` can reach it only by being it.
-void CLOMAdsLispVar::AppendMembers(const Element& list) {
+  const bool inPlace = m_element.use_count() == 1;
+  Element list = b.m_element;
+  // An empty list that is appended to itself would contain itself.
+  if (this == &b && list->children.empty()) list = std::make_shared<CLOMLispElement>();
+  if (!inPlace) m_element = DeepCopy(m_element);
   ChildSeq& children = m_element->children;
-  if (!list->children.empty())
-    children.insert(children.end(), list->children.begin(), list->children.end());
+  if (list->children.empty())
+    children.push_back(std::move(list));
   else
-    children.push_back(list != m_element ? list : std::make_shared<CLOMLispElement>());
+    children.insert(children.end(), list->children.begin(), list->children.end());
+  return *this;
 }
 
 CLOMAdsLispVar CLOMAdsLisp::Append(const CLOMAdsLispVar& a, const CLOMAdsLispVar& b) {

@@ -95,9 +95,9 @@ ResBuf* LastOf(ResBuf* chain) {
 }
 
 // The texts of the text groups of a chain that goes by its types.
-void OwnTexts(const resbuf* chain) {
+void OwnTexts(resbuf* chain) {
   for (; chain != nullptr; chain = chain->rbnext)
-    if (dxftexts::IsTextCode(chain->restype)) dxftexts::Own(*chain);
+    if (dxftexts::IsTextCode(chain->restype)) dxftexts::Own(*chain, chain->restype);
 }
 
 void HandOverTexts(resbuf* chain) {

@@ -3,84 +3,111 @@
 #include <lomlisp/platform/suite.h>
 #include <lomlisp/resbuf/Text.h>
 
+#include <new>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace lomlisp::dxftexts {
 
 namespace {
 
-struct Holders {
-  size_t count = 1;
-  // The text stands under a code that is not for texts. Only then is the value of such a code ever
+struct Text {
+  size_t holders = 0;
+  // It stands under a code that is not for texts. Only then are copies of records of such a code
   // looked up.
   bool underForeignCode = false;
 };
 
-struct Registry {
-  std::unordered_map<const void*, Holders> texts;
+struct Books {
+  std::unordered_map<const void*, Text> texts;
+  std::unordered_set<const resbuf*> holders;
   size_t underForeignCode = 0;
 };
 
 // Never destroyed: records may outlive every other static object.
-Registry& TheRegistry() {
-  static Registry* const registry = new Registry;
-  return *registry;
+Books& TheBooks() {
+  static Books* const books = new Books;
+  return *books;
 }
 
-using Entry = std::unordered_map<const void*, Holders>::iterator;
+using Entry = std::unordered_map<const void*, Text>::iterator;
 
-Entry Find(const resbuf& record) {
-  Registry& registry = TheRegistry();
-  const Entry none = registry.texts.end();
-  if (!MayHold(record.restype) || registry.texts.empty()) return none;
-  const bool textCode = IsTextCode(record.restype);
-  if (!textCode && registry.underForeignCode == 0) return none;
-  const Entry entry = registry.texts.find(record.resval.rstring);
-  return entry == none || textCode || entry->second.underForeignCode ? entry : none;
+void AddHolder(Entry entry, const resbuf& record) {
+  if (TheBooks().holders.insert(&record).second) ++entry->second.holders;
 }
 
 void Remove(Entry entry) {
-  if (entry->second.underForeignCode) --TheRegistry().underForeignCode;
-  TheRegistry().texts.erase(entry);
+  if (entry->second.underForeignCode) --TheBooks().underForeignCode;
+  TheBooks().texts.erase(entry);
+}
+
+// Strikes the record off the holders. The entry of its text; none when it was no holder.
+Entry Strike(const resbuf& record) {
+  Books& books = TheBooks();
+  if (!MayHold(record.restype) || books.holders.erase(&record) == 0) return books.texts.end();
+  const Entry entry = books.texts.find(record.resval.rstring);
+  if (entry != books.texts.end()) --entry->second.holders;
+  return entry;
 }
 
 }  // namespace
 
 bool IsTextCode(short type) { return type == RTDXF0 || (type != RTSTR && DxfType(type) == RTSTR); }
 
-bool Holds(const resbuf& record) { return Find(record) != TheRegistry().texts.end(); }
+bool Holds(const resbuf& record) { return MayHold(record.restype) && TheBooks().holders.count(&record) != 0; }
 
-void Own(const resbuf& record) {
+void Own(resbuf& record, short code) {
   if (record.resval.rstring == nullptr) return;
-  Registry& registry = TheRegistry();
-  Holders& holders = registry.texts.try_emplace(record.resval.rstring).first->second;
-  if (!IsTextCode(record.restype) && !holders.underForeignCode) {
-    holders.underForeignCode = true;
-    ++registry.underForeignCode;
+  Books& books = TheBooks();
+  try {
+    const Entry entry = books.texts.try_emplace(record.resval.rstring).first;
+    AddHolder(entry, record);
+    if (IsTextCode(code) || entry->second.underForeignCode) return;
+    entry->second.underForeignCode = true;
+    ++books.underForeignCode;
+  } catch (const std::bad_alloc&) {
+    const Entry entry = books.texts.find(record.resval.rstring);
+    if (entry != books.texts.end() && entry->second.holders == 0) books.texts.erase(entry);
+    acad_free(record.resval.rstring);
+    record.resval.rstring = nullptr;
   }
 }
 
-void Hold(const resbuf& record) {
-  const Entry entry = Find(record);
-  if (entry != TheRegistry().texts.end()) ++entry->second.count;
+void Hold(resbuf& copy) {
+  Books& books = TheBooks();
+  if (!MayHold(copy.restype) || books.texts.empty()) return;
+  const bool textCode = IsTextCode(copy.restype);
+  if (!textCode && books.underForeignCode == 0) return;
+  const Entry entry = books.texts.find(copy.resval.rstring);
+  if (entry == books.texts.end() || (!textCode && !entry->second.underForeignCode)) return;
+  try {
+    AddHolder(entry, copy);
+  } catch (const std::bad_alloc&) {
+    copy.resval.rstring = nullptr;
+  }
 }
 
 void Drop(const resbuf& record) {
-  const Entry entry = Find(record);
-  if (entry == TheRegistry().texts.end() || --entry->second.count != 0) return;
+  const Entry entry = Strike(record);
+  if (entry == TheBooks().texts.end() || entry->second.holders != 0) return;
   Remove(entry);
   acad_free(record.resval.rstring);
 }
 
+void Move(const resbuf& from, const resbuf& to) {
+  auto holder = TheBooks().holders.extract(&from);
+  if (holder.empty()) return;
+  holder.value() = &to;
+  TheBooks().holders.insert(std::move(holder));
+}
+
 void Release(resbuf& record) {
-  const Entry entry = Find(record);
-  if (entry == TheRegistry().texts.end()) return;
-  if (entry->second.count == 1) {
+  const Entry entry = Strike(record);
+  if (entry == TheBooks().texts.end()) return;
+  if (entry->second.holders == 0)
     Remove(entry);
-    return;
-  }
-  --entry->second.count;
-  record.resval.rstring = CopyText(record.resval.rstring);
+  else
+    record.resval.rstring = CopyText(record.resval.rstring);
 }
 
 void HandOver(resbuf& record) {

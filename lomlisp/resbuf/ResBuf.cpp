@@ -92,16 +92,19 @@ ResBuf& ResBuf::operator=(ResBuf&& record) noexcept {
   return Assign(std::move(record));
 }
 
-// Takes the value over and keeps the next pointer. What this record held goes with `value`.
+// Keeps the next pointer.
 ResBuf& ResBuf::Assign(ResBuf&& value) noexcept {
-  ResBuf taken(std::move(value));
-  Swap(taken);
+  Destroy();
+  Take(value);
   return *this;
 }
 
-void ResBuf::Swap(ResBuf& other) noexcept {
-  std::swap(restype, other.restype);
-  std::swap(resval, other.resval);
+// Takes the value of another record, which becomes RTNONE. This record is RTNONE so far.
+void ResBuf::Take(ResBuf& other) noexcept {
+  restype = other.restype;
+  resval = other.resval;
+  if (dxftexts::MayHold(restype)) dxftexts::Move(other, *this);
+  other.restype = RTNONE;
 }
 
 void ResBuf::Reverse() {
@@ -156,11 +159,7 @@ bool ResBuf::MakeDXF(short type) {
     acutPrintf(messages::NoDxfCode, static_cast<int>(type));
     return false;
   }
-  if (restype == RTSTR || dxftexts::Holds(*this)) {
-    resbuf retyped = *this;
-    retyped.restype = type;
-    dxftexts::Own(retyped);
-  }
+  if (restype == RTSTR || dxftexts::Holds(*this)) dxftexts::Own(*this, type);
   restype = type;
   return true;
 }

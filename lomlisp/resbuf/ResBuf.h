@@ -49,7 +49,7 @@ class ResBuf : public resbuf {
   ResBuf(const resbuf& record) : ResBuf() { Init(record); }
   ResBuf(const ResBuf& record) : ResBuf() { Init(record); }
   // Takes the source's text; the source becomes RTNONE.
-  ResBuf(ResBuf&& record) noexcept : ResBuf() { Swap(record); }
+  ResBuf(ResBuf&& record) noexcept : ResBuf() { Take(record); }
   ~ResBuf() { Destroy(); }
 
   ResBuf& operator=(short value) { return Assign(ResBuf(value)); }
@@ -198,7 +198,7 @@ class ResBuf : public resbuf {
 
  private:
   ResBuf& Assign(ResBuf&& value) noexcept;
-  void Swap(ResBuf& other) noexcept;
+  void Take(ResBuf& other) noexcept;
 };
 
 static_assert(sizeof(ResBuf) == sizeof(resbuf));

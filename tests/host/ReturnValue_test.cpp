@@ -4,7 +4,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = 200'000;
 
 class ValueReturn : public HostTest {
  protected:
@@ -225,23 +225,23 @@ TEST_F(ValueReturn, ArgumentsCanBeReturned) {
 
 // --- Size and memory ---
 
-TEST_F(ValueReturn, AMillionLevels) {
+TEST_F(ValueReturn, ManyLevels) {
   host.log.Enable(false);
-  const CLOMAdsLispVar value = Nested(kMillion, short{1});
+  const CLOMAdsLispVar value = Nested(kMany, short{1});
   const embedded::CallResult result = Run([&] { OnSmallStack([&] { EXPECT_TRUE(value.ads_return()); }); });
-  EXPECT_EQ(result.value.size(), 2 * kMillion + 1) << "as deep as it was";
+  EXPECT_EQ(result.value.size(), 2 * kMany + 1) << "as deep as it was";
 }
 
-TEST_F(ValueReturn, AMillionMembers) {
+TEST_F(ValueReturn, ManyMembers) {
   host.log.Enable(false);
   CLOMAdsLispVar value = ListOf({});
-  for (size_t i = 0; i < kMillion; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
+  for (size_t i = 0; i < kMany; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
   const embedded::CallResult result = Run([&] { OnSmallStack([&] { EXPECT_TRUE(value.ads_return()); }); });
-  EXPECT_EQ(result.value.size(), kMillion + 2);
+  EXPECT_EQ(result.value.size(), kMany + 2);
 }
 
 TEST_F(ValueReturn, NothingLeaksWhenMemoryRunsOut) {
-  for (const wchar_t* text : {L"((\"A\" 1))", L"(1 \"b\")", L"\"c\"", L"nil"}) {
+  for (const wchar_t* text : {L"((\"A\" 1))", L"(1 \"b\")", L"\"c\"", L"5"}) {
     const CLOMAdsLispVar value = V(text);
     FailEachAllocation([&] { return Received(value) == Utf8(text); });
   }

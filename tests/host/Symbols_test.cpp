@@ -205,8 +205,8 @@ TEST_F(ValueSymbols, AnythingElseIsNoNameAndThePlatformIsNotAsked) {
 
 // --- Size and memory ---
 
-TEST_F(ValueSymbols, AMillionLevels) {
-  const CLOMAdsLispVar value = Nested(1'000'000, short{1});
+TEST_F(ValueSymbols, ManyLevels) {
+  const CLOMAdsLispVar value = Nested(200'000, short{1});
   host.log.Enable(false);
   OnSmallStack([&] {
     EXPECT_TRUE(value.PutSym(L"X"));

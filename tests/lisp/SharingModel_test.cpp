@@ -129,7 +129,7 @@ class Model {
     if (!IsProper(node)) return node;
     const std::vector<int> members = Members(node);
     if (n > members.size()) return node;
-    if (n == members.size()) return IsNil(node) ? node : kNil;
+    if (n == members.size()) return kNil;
     return members[n];
   }
 
@@ -412,7 +412,7 @@ class SharingModelTest : public HostTest {
 };
 
 TEST_F(SharingModelTest, RandomSequencesAgreeWithTheModel) {
-  for (unsigned int seed = 1; seed <= 400; ++seed)
+  for (unsigned int seed = 1; seed <= 1500; ++seed)
     if (!RunSequence(seed, 60)) return;
 }
 

@@ -277,6 +277,14 @@ TEST_F(DxfTexts, ACopyMayOutliveAChainOfThePlatform) {
   ReleaseAsThePlatform(chain);
 }
 
+TEST_F(DxfTexts, ACopyThatWasMadeBeforeTheChainWasAdoptedFreesNothing) {
+  resbuf* const chain = PlatformGroups();
+  ADSList copy(chain, ADSCopyFlag::Copy);
+  ADSList owner(chain, ADSCopyFlag::Adopt);
+  copy.Clear();
+  EXPECT_EQ(Types(owner.First()), kPlatformGroups);
+}
+
 TEST_F(DxfTexts, ATextRecordOfThePlatformIsFreedOnce) {
   ADSList list(acutBuildList(RTSTR, L"text", RTDXF0, L"LINE", 0), ADSCopyFlag::Adopt);
   const ADSList copy(list);

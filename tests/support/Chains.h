@@ -147,19 +147,23 @@ inline std::string Tree(const CLOMAdsLispVar::Element& node) {
 }
 inline std::string Tree(const CLOMAdsLispVar& value) { return Tree(value.New()); }
 
-// Lets each of the allocations of `attempt` fail in turn, until it says that it got everything.
+// Lets each of the allocations of `attempt`, which says whether it got everything, fail in turn.
+// A mark of the ledger is the number of allocations so far.
 template <class Attempt>
 void FailEachAllocation(Attempt attempt) {
   embedded::Ledger& ledger = Host::Instance().ledger;
-  for (uint64_t n = 1; n < 200; ++n) {
+  const uint64_t before = ledger.Mark();
+  EXPECT_TRUE(attempt()) << "without a failure";
+  const uint64_t allocations = ledger.Mark() - before;
+  EXPECT_GT(allocations, 0U);
+  bool noticed = false;
+  for (uint64_t n = 1; n <= allocations; ++n) {
     ledger.FailAllocation(n);
-    const bool whole = attempt();
+    noticed = !attempt() || noticed;
     ledger.FailAllocation(0);
-    if (!whole) continue;
-    EXPECT_GT(n, 1U) << "no allocation failed";
-    return;
   }
-  ADD_FAILURE() << "never succeeded";
+  EXPECT_TRUE(noticed) << "no failure made a difference";
+  EXPECT_TRUE(attempt()) << "after the failures";
 }
 
 // A value nested `depth` lists deep around `core`.
