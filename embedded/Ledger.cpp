@@ -184,11 +184,23 @@ struct Ledger::Books {
     return page->covering;
   }
 
+  // Forgets a page on which nothing is left.
+  void Prune(uintptr_t number) {
+    const auto found = pages.find(number);
+    if (found == pages.end()) return;
+    const Page& page = found->second;
+    if (page.live.any() || page.freed.any() || page.covering != nullptr) return;
+    if (lastPage == &page) lastPage = nullptr;
+    pages.erase(found);
+  }
+
   void SetCover(std::byte* block, size_t bytes, std::byte* covering) {
     if (bytes == 0) return;
     const uintptr_t last = (AddressOf(block) + bytes - 1) / kPageBytes;
     for (uintptr_t number = AddressOf(block) / kPageBytes + 1; number <= last; ++number)
       pages[number].covering = covering;
+    if (covering == nullptr)
+      for (uintptr_t number = AddressOf(block) / kPageBytes + 1; number <= last; ++number) Prune(number);
   }
 
   bool MustFail() {
@@ -261,6 +273,7 @@ struct Ledger::Books {
     CheckFreed(header);
     const uintptr_t address = AddressOf(MemoryOf(header));
     Find(address)->freed.reset(Index(address));
+    Prune(address / kPageBytes);
     std::free(header);
   }
 

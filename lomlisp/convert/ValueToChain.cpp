@@ -3,6 +3,8 @@
 #include <lomlisp/convert/DxfWriter.h>
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
 
+#include <optional>
+
 using namespace lomlisp;
 
 namespace {
@@ -11,7 +13,9 @@ namespace {
 // list are always written in brackets.
 class ChainWriter {
  public:
-  ChainWriter(ADSList& target, bool dxf) : m_target(target), m_dxf(dxf), m_groups(m_run) {}
+  ChainWriter(ADSList& target, bool dxf) : m_target(target) {
+    if (dxf) m_run.emplace();
+  }
 
   void Leaf(node::Node node) {
     if (node::IsNull(node))
@@ -21,7 +25,7 @@ class ChainWriter {
   }
 
   bool Enter(const CLOMLispElement& list) {
-    if (m_dxf && m_openDotted == 0 && WriteRun(list)) return false;
+    if (m_run && m_openDotted == 0 && WriteRun(list)) return false;
     AppendCode(RTLB);
     if (list.dotted == 1) ++m_openDotted;
     return true;
@@ -39,12 +43,18 @@ class ChainWriter {
   }
 
  private:
+  // A run on trial.
+  struct Run {
+    ADSList records;
+    DxfWriter groups{records};
+  };
+
   // A list that failed within another one's extended data is not tried again.
   bool WriteRun(const CLOMLispElement& list) {
-    if (m_groups.HasFailed(&list)) return false;
-    const bool written = m_groups.WriteList(&list);
-    if (written) m_target.Splice(m_run);
-    m_run.Clear();
+    if (m_run->groups.HasFailed(&list)) return false;
+    const bool written = m_run->groups.WriteList(&list);
+    if (written) m_target.Splice(m_run->records);
+    m_run->records.Clear();
     return written;
   }
 
@@ -52,9 +62,7 @@ class ChainWriter {
   void AppendCode(short code) { Append(new ResBuf(ADSResType(code))); }
 
   ADSList& m_target;
-  bool m_dxf;
-  ADSList m_run;
-  DxfWriter m_groups;
+  std::optional<Run> m_run;  // in DXF mode only
   size_t m_openDotted = 0;
 };
 
