@@ -9,6 +9,12 @@ using namespace lomlisp;
 
 namespace {
 
+// A run on trial.
+struct Run {
+  ADSList records;
+  DxfWriter groups{records};
+};
+
 // Writes a tree in brackets; in DXF mode, lists of groups as bare runs. The members of a dotted
 // list are always written in brackets.
 class ChainWriter {
@@ -43,12 +49,6 @@ class ChainWriter {
   }
 
  private:
-  // A run on trial.
-  struct Run {
-    ADSList records;
-    DxfWriter groups{records};
-  };
-
   // A list that failed within another one's extended data is not tried again.
   bool WriteRun(const CLOMLispElement& list) {
     if (m_run->groups.HasFailed(&list)) return false;
