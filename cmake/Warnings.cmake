@@ -15,6 +15,7 @@ function(lomlisp_warnings target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(LOMLISP_SANITIZE)
+    target_compile_definitions(${target} PUBLIC LOMLISP_SANITIZED)
     target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
       -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)

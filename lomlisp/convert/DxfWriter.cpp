@@ -1,18 +1,13 @@
 #include <lomlisp/convert/DxfWriter.h>
 
+#include <lomlisp/convert/DxfGroup.h>
+
 namespace lomlisp {
 
 namespace {
 
 constexpr short kExtendedData = -3;
 constexpr short kApplicationName = 1001;
-
-// Null when memory runs out.
-ResBuf* NewGroup(const ResBuf& value, short code) {
-  auto* const record = new ResBuf(value);
-  if (record != nullptr) record->MakeDXF(code);
-  return record;
-}
 
 }  // namespace
 
@@ -27,7 +22,7 @@ bool DxfWriter::OpenApplication(node::Node application) {
   if (!node::IsProperList(application) || application->children.empty()) return false;
   const node::Node name = application->children.front().get();
   if (!node::IsString(name)) return false;
-  Append(NewGroup(name->atom, kApplicationName));
+  Append(NewDxfGroup(name->atom, kApplicationName));
   m_open.push({application, 1, true});
   return true;
 }
@@ -65,12 +60,12 @@ bool DxfWriter::BeginGroup(node::Node group) {
   const short type = DxfType(code);
   if (type == code) return false;
   if (code == kExtendedData) {
-    Append(NewGroup(static_cast<short>(0), code));
+    Append(NewDxfGroup(static_cast<short>(0), code));
     return OpenApplication(value);
   }
   if (type == RTPOINT || type == RT3DPOINT) return WritePoint(value, code);
   if (!node::IsAtom(value)) return false;
-  Append(NewGroup(value->atom, code));
+  Append(NewDxfGroup(value->atom, code));
   return true;
 }
 
@@ -78,7 +73,7 @@ bool DxfWriter::WritePoint(node::Node value, short code) {
   if (!node::IsPoint(value)) return false;
   double point[3];
   node::GetPoint(*value, point);
-  Append(NewGroup(point, code));
+  Append(NewDxfGroup(point, code));
   return true;
 }
 

@@ -45,9 +45,11 @@ class CLOMAdsLispVar {
   CLOMAdsLispVar(const double point[3]);                      // a list of three reals; nil for null
   CLOMAdsLispVar(const __int64 name[2]);                      // RTENAME; nil for null
   CLOMAdsLispVar(resbuf* chain);                              // as ADSToLisp
-  CLOMAdsLispVar(const CLOMCdrProxy& rest);                   // the list without its first member
-  CLOMAdsLispVar(const CLOMConsProxy& pair);                  // the list with one more in front
-  CLOMAdsLispVar(const CLOMReverseProxy& reversed);           // a reversed deep copy
+  // The atom that ResBuf makes from the variant; an empty list for a type that it does not take.
+  CLOMAdsLispVar(COleVariant variant);
+  CLOMAdsLispVar(const CLOMCdrProxy& rest);          // the list without its first member
+  CLOMAdsLispVar(const CLOMConsProxy& pair);         // the list with one more in front
+  CLOMAdsLispVar(const CLOMReverseProxy& reversed);  // a reversed deep copy
   ~CLOMAdsLispVar() = default;
 
   // As SetQ: first lets the own tree go, so that `a = a` gives nil.
@@ -125,6 +127,57 @@ class CLOMAdsLispVar {
   // "CLOMAdsLispVar::Type : ...", for anything else.
   lomlisp::datatype_t Type() const;
 
+  // --- Equality ---
+  //
+  // Silent, except where atoms cannot be compared: see ResBuf::Equal.
+
+  // Whether two trees have the same shape (a dotted list is no list, and no node is no RTNIL atom)
+  // and atoms that are equal with the tolerance `tol`, of which 0.0 means 1e-9. Compares depth-first
+  // from left to right up to the first difference. Linear; subtrees that are shared, and were found
+  // equal, are not compared again.
+  static bool isEqual(const ConstElement& a, const ConstElement& b, double tol);
+  bool Equal(const CLOMAdsLispVar& other, double tol) const;
+  // The same node, both without a node, or atoms that are equal with the tolerance 0.0.
+  bool Eq(const CLOMAdsLispVar& other) const;
+
+  bool operator==(const CLOMAdsLispVar& other) const { return Equal(other, 0.0); }
+  bool operator!=(const CLOMAdsLispVar& other) const { return !Equal(other, 0.0); }
+
+  // --- Order of atoms ---
+  //
+  // Equal with the tolerance 0.0, else by ResBuf::Less; "greater" is neither equal nor less, so it
+  // holds for atoms that have no order. False, with "CLOMAdsLispVar::operator!= : ..." from all
+  // four, when one of the two is no atom.
+
+  bool operator<(const CLOMAdsLispVar& other) const;
+  bool operator<=(const CLOMAdsLispVar& other) const;
+  bool operator>(const CLOMAdsLispVar& other) const;
+  bool operator>=(const CLOMAdsLispVar& other) const;
+
+  // --- Conversion between atom types ---
+  //
+  // Silent. They give a new atom, or share this one where it has the type already, and never fail:
+  // what cannot be converted becomes 0, 0.0 or the empty text. A number in a text is decimal, with
+  // a point and, as a real, an exponent, whatever the locale; what follows it is ignored.
+
+  // RTSHORT 1 or 0: a text is true by its first character (y, Y, t, T, x, X, j, J, 1), a number
+  // unless it is 0 (NaN is true); everything else is false.
+  CLOMAdsLispVar MakeBool() const;
+  // RTSHORT and RTINT64 as they are; otherwise an RTSHORT of the number's low 16 bits, which is
+  // truncated toward zero and saturated at 32 bits if a text without a point or comma. Of a text
+  // with one, and of a real, a number out of 32 bits gives the smallest one.
+  CLOMAdsLispVar MakeInt() const;
+  // RTREAL, RTLONG and RTINT64 as they are; otherwise an RTREAL.
+  CLOMAdsLispVar MakeFloat() const;
+  // RTSTR as it is; an integer's 32 low bits; the shortest text that reads back as the same real;
+  // "(x y z)" with six decimals of a list of two or three numbers.
+  CLOMAdsLispVar MakeString() const;
+  // The greater or smaller of two values, after both were made real if one is, else integer if one
+  // is, else text if one is: of two texts the longer or shorter, this one when they are as long.
+  // A copy of this value otherwise.
+  CLOMAdsLispVar MakeMaximum(const CLOMAdsLispVar& other) const;
+  CLOMAdsLispVar MakeMinimum(const CLOMAdsLispVar& other) const;
+
   // --- From and to chains of records ---
   //
   // Linear in the chain and in the tree.
@@ -158,6 +211,63 @@ class CLOMAdsLispVar {
   static bool LispToDXFElement(const ConstElement& element, ADSList& target);
   static bool LispToXDataList(const ConstElement& element, ADSList& target);
 
+  // --- From and to extended data ---
+  //
+  // The form of a value alone: atoms as 1000, 1040, 1070 and 1071 groups; lists, and nil, between
+  // 1002 groups of braces. Linear in the tree and in the chain.
+
+  // Appends the value at the end of `target`. False for an atom without such a code, which is left
+  // out ("CLOMAdsLispVar::LispToXData : ..."), and for a dotted list, which is written as a list
+  // ("LispVaribale::LispToXData : ..."); below a list both only print, and the result is true.
+  bool LispToXData(ADSList& target) const;
+  static bool LispToXData(const ConstElement& element, ADSList& target);
+  // Makes the value what the chain says: one group or one list in braces; nil for null. The chain
+  // is only read. On failure the value is nil: false, with "ListVar::XDataToLisp: ..." when
+  // groups are left over, silent for wrong braces.
+  bool XDataToLisp(const resbuf* chain);
+  // Reads one item from `cur` on, moves it behind what it has read, and fills `node`, a fresh list
+  // node.
+  static bool XDataToLisp(const resbuf*& cur, Element& node);
+
+  // --- To OLE ---
+
+  // A VT_R8 of an RTREAL, RTLONG or RTINT64, a VT_I4 of an RTSHORT, a VT_BSTR of a text; VT_EMPTY
+  // of everything else. Silent.
+  COleVariant LispToOleVariant() const;
+
+  // --- Reading text ---
+
+  // One token of LISP text. The value that goes with the kind is set, the others are not.
+  struct Token {
+    enum Kind : int32_t { Integer, Real, String, Open, Close, Dot, Error, Nil, End };
+    Kind kind;
+    union {
+      int32_t integer;
+      double real;
+      wchar_t text[100];  // without the quotes
+    };
+  };
+
+  // Where the next token begins, in the text that was given last. There is one position for all
+  // readers.
+  static const wchar_t* s_pszNextChar;
+
+  // Makes the value what the text says: one number, text in double quotes (there are no escapes),
+  // nil, list or list with a dot in front of a last atom. Integers are RTSHORTs of the low 16 bits;
+  // nil, () and a text of blanks, or null, are empty lists. The text may be the value's own. On
+  // failure the value stays: false, with "LispVar::Read : ..." and the text, and in front of that
+  // "CLOMAdsLispVar::Read : ..." for each token of 100 characters or more. Linear.
+  bool Read(const wchar_t* text);
+
+  // The stages of Read. getToken reads the token at s_pszNextChar and moves the position behind
+  // it, or leaves it there for an error. The others start with a token that was read and leave the
+  // first one behind what they read; they fill `node`, a fresh list node. Silent, but for tokens
+  // that are too long.
+  static void getToken(Token& token);
+  static bool String_Liste(Token& token, Element& node);         // one item
+  static bool String_ElementListe(Token& token, Element& node);  // items up to a closing bracket
+  static bool String_Atom(Token& token, Element& node);
+
   // --- Printing ---
 
   // Prints the value as LISP text into a buffer of `size` characters, or on the command line when
@@ -168,6 +278,20 @@ class CLOMAdsLispVar {
   void Print(const ConstElement& element, wchar_t* buffer, size_t size) const;
   // The text with the atoms in their debugging form.
   CString GetAsDebugString() const;
+  // Sets `result` to the text of a format with one value for each directive, and gives the number
+  // of directives; those without a value are empty. Silent.
+  //
+  // Directives: d i o u x (MakeInt, 32 bits), f e (MakeFloat), s (MakeString), c (its first
+  // character), also as capitals, which mean the same; %% is a percent sign. In front of them the
+  // flags - + blank 0, a width, and behind a dot a precision. Four rules are peculiar: a 0 that does
+  // not follow another digit is a flag, also behind the dot; integers have no precision; an s with a
+  // width gives nothing; every other character in a directive is skipped. A number is cut at 2,047
+  // characters.
+  //
+  // For a null or empty format `result` shares args[0], and 1 is given; 0, without a change, when
+  // there are no values. `result` may be one of them. Linear in the format and in what is written.
+  static int Format(CLOMAdsLispVar& result, const wchar_t* format,
+                    const CArray<CLOMAdsLispVar, CLOMAdsLispVar>& args);
 
   // --- Access: the handle moves on to a part of its tree, which stays shared ---
 
@@ -217,6 +341,16 @@ class CLOMAdsLispVar {
   CLOMAdsLispVar& RplaCa(const CLOMAdsLispVar& value);
   // The same in the place of the last member; a dotted list gets the copy itself as its cdr.
   CLOMAdsLispVar& RplaCd(const CLOMAdsLispVar& value);
+
+  // Sorts the members in ascending order of ResBuf::Less: atoms by themselves, the members of any
+  // other list by their first members, their keys. Members without a key, and keys without an
+  // order, end up anywhere. nil stays, silently; an atom or a dotted list stays, with
+  // "CLOMAdsLispVar::Sort : ...". n log n.
+  CLOMAdsLispVar& Sort();
+  // Each text that is the same as one in `from` becomes the one at the same position in `to`; the
+  // first that is the same counts, and positions that `to` does not have do not. Always true.
+  // Linear. Silent.
+  bool ReplaceTextW(const CStringArray& from, const CStringArray& to);
 
   // Lets the own tree go, then shares the one of `value`.
   CLOMAdsLispVar& SetQ(const CLOMAdsLispVar& value);

@@ -16,4 +16,8 @@ inline constexpr const wchar_t* GetStringCut =
 inline constexpr const wchar_t* TypeUnknown = L"CLOMAdsLispVar::Type : Unbekannter Variablen-Typ !\n";
 inline constexpr const wchar_t* ZeroPOfOther = L"CLOMAdsLispVar::ZeroP : Argument ist keine Zahl !\n";
 
+// All four orders name operator!=.
+inline constexpr const wchar_t* OrderOfOther =
+    L"CLOMAdsLispVar::operator!= : Mind. ein Operand ist kein Atom !\n";
+
 }  // namespace lomlisp::messages

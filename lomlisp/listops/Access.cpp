@@ -1,20 +1,13 @@
 // Car, Cdr, Nth, Last, Length: the parts of a list.
 
-#include <lomlisp/lisp/Node.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Echo.h>
+#include <lomlisp/listops/Members.h>
 #include <lomlisp/listops/messages.h>
 
 #include <utility>
 
 using namespace lomlisp;
-
-namespace {
-
-// (a . (b c)) is the list (a b c), kept in two nodes.
-const ChildSeq& MembersBehindFirst(const CLOMLispElement& dotted) { return dotted.children[1]->children; }
-
-}  // namespace
 
 // --- Car ---
 
@@ -88,10 +81,7 @@ CLOMAdsLispVar& CLOMAdsLispVar::Nth(unsigned int n) {
     return *this;
   }
   Element member;
-  if (n < length) {
-    const bool behindDot = m_element->dotted == 1 && n > 0;
-    member = behindDot ? MembersBehindFirst(*m_element)[n - 1] : m_element->children[n];
-  }
+  if (n < length) member = Members(m_element.get())[n];
   m_element = std::move(member);
   return *this;
 }
@@ -135,9 +125,7 @@ unsigned __int64 CLOMAdsLispVar::Length() const {
     acutPrintf(messages::MemberLengthOfOther, L"CLOMAdsLispVar::Length");
     return 0;
   }
-  if (m_element == nullptr) return 0;
-  if (m_element->dotted == 1) return 1 + MembersBehindFirst(*m_element).size();
-  return m_element->children.size();
+  return Members(m_element.get()).size();
 }
 
 unsigned __int64 CLOMAdsLisp::Length(const CLOMAdsLispVar& list) {

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+using namespace lomlisp;
+
 constinit const CLOMAdsLispVar CLOMAdsLisp::Nil;
 
 namespace {
@@ -15,12 +17,6 @@ template <class Target>
 CLOMAdsLispVar AssignAtom(Target& target, const CLOMAdsLispVar& value) {
   target = static_cast<Target>(value.GetAtom());
   return value;
-}
-
-// Never null.
-const wchar_t* TextOf(const CLOMAdsLispVar& value) {
-  const auto* const text = static_cast<wchar_t*>(value.GetAtom());
-  return text != nullptr ? text : L"";
 }
 
 }  // namespace
@@ -50,18 +46,18 @@ CLOMAdsLispVar CLOMAdsLisp::SetQ(const wchar_t*& target, const CLOMAdsLispVar& v
 }
 
 CLOMAdsLispVar CLOMAdsLisp::SetQ(CString& target, const CLOMAdsLispVar& value) {
-  target = TextOf(value);
+  target = TextOrEmpty(value.GetAtom());
   return value;
 }
 
 CLOMAdsLispVar CLOMAdsLisp::SetQ(std::wstring& target, const CLOMAdsLispVar& value) {
-  target = TextOf(value);
+  target = TextOrEmpty(value.GetAtom());
   return value;
 }
 
 CLOMAdsLispVar CLOMAdsLisp::SetQ(bool& target, const CLOMAdsLispVar& value) {
   if (StringP(value))
-    target = *TextOf(value) != 0;
+    target = *TextOrEmpty(value.GetAtom()) != 0;
   else if (IntP(value))
     target = static_cast<__int64>(value.GetAtom()) != 0;
   return value;

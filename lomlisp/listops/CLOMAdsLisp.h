@@ -36,6 +36,19 @@ class CLOMAdsLisp {
   static bool ZeroP(const CLOMAdsLispVar& value) { return value.ZeroP(); }
   static datatype_t Type(const CLOMAdsLispVar& value) { return value.Type(); }
 
+  // --- Equality ---
+
+  static bool Equal(const CLOMAdsLispVar& a, const CLOMAdsLispVar& b, double tol) { return a.Equal(b, tol); }
+  static bool Eq(const CLOMAdsLispVar& a, const CLOMAdsLispVar& b) { return a.Eq(b); }
+
+  // --- Texts ---
+
+  // What the text of a string atom says; nil when it cannot be read. See CLOMAdsLispVar::Read.
+  static CLOMAdsLispVar Read(const CLOMAdsLispVar& text);
+  // A new string atom with the upper-case form of each character, by Unicode's one-to-one mapping
+  // and whatever the locale.
+  static CLOMAdsLispVar StrCase(const CLOMAdsLispVar& text);
+
   // --- Printing ---
 
   // Prints on the command line and gives the value.
@@ -105,6 +118,69 @@ class CLOMAdsLisp {
   static CLOMAdsLispVar RplaCd(CLOMAdsLispVar& list, const CLOMAdsLispVar& value) {
     return list.RplaCd(value);
   }
+
+  // Sorts the caller's list itself, and gives it.
+  static CLOMAdsLispVar Sort(const CLOMAdsLispVar& list);
+
+  // --- Editing by position and by value ---
+  //
+  // They give a new list, and nil when it has no members. Positions count from 0. Where it is said
+  // that a list is edited as a copy, its members are deep copies; a value that is put in is shared.
+  // A list (a . (b c)) counts as (a b c). Linear.
+
+  // A copy with `value` in front of member n, or at the end for n = the length; in front of all for
+  // a negative n. nil, with "CLOMAdsLisp::AddNth : ...", behind the end and for what is no list.
+  static CLOMAdsLispVar AddNth(int n, const CLOMAdsLispVar& value, const CLOMAdsLispVar& list);
+  // A copy without member n, whole for a negative n. nil, with "CLOMAdsLisp::DeleteNth : ...", from
+  // the end on and for what is no list.
+  static CLOMAdsLispVar DeleteNth(int n, const CLOMAdsLispVar& list);
+  static CLOMAdsLispVar DeleteNth(int n, const CLOMAdsLispVar& /*ignored*/, const CLOMAdsLispVar& list) {
+    return DeleteNth(n, list);
+  }
+  // A copy with `value` in the place of member n; in front of all members for a negative n. nil,
+  // with "CLOMAdsLisp::SubstNth : ...", from the end on and for what is no list.
+  static CLOMAdsLispVar SubstNth(int n, const CLOMAdsLispVar& value, const CLOMAdsLispVar& list);
+  // The members of both lists, shared: those of `children` in front of member n of `list`, in front
+  // of all for a negative n, at the end for one behind it. nil, silently, for what is no list.
+  static CLOMAdsLispVar Insert(CLOMAdsLispVar list, const CLOMAdsLispVar& children, int n);
+  // A copy with `newValue` in the place of each member that equals `oldValue`; lists within the list
+  // are not searched. nil, with "CLOMAdsLisp::Subst : ...", for what is no list.
+  static CLOMAdsLispVar Subst(const CLOMAdsLispVar& newValue, const CLOMAdsLispVar& oldValue,
+                              const CLOMAdsLispVar& list);
+  // The members that do not equal `value`, shared, possibly none; nil for an empty list. nil, with
+  // "CLOMAdsLisp::Subst : ...", for what is no list.
+  static CLOMAdsLispVar Delete(const CLOMAdsLispVar& value, const CLOMAdsLispVar& list);
+
+  // --- Search: by structural equality with the tolerance 0.0 ---
+  //
+  // The lists are only read. Linear up to what is found.
+
+  // The first member of `alist` whose first member equals `key`, shared; nil when there is none.
+  // Atoms are skipped. nil, with "CLOMAdsLisp::Assoc : ..." and the value, for what is no proper list.
+  static CLOMAdsLispVar Assoc(const CLOMAdsLispVar& key, CLOMAdsLispVar alist);
+  // The list from the first member on that equals `value`: the list itself, or a new one that shares
+  // the members; nil when there is none. nil, with "CLOMAdsLisp::Member : ...", for what is no list.
+  static CLOMAdsLispVar Member(const CLOMAdsLispVar& value, CLOMAdsLispVar list);
+  // The position of the first member that equals `value`, or -1. -1, with
+  // "CLOMAdsLisp::Position : ...", for what is no list.
+  static int Position(const CLOMAdsLispVar& value, CLOMAdsLispVar list);
+  // The position of the first member whose first member equals `key`, or -1. A member that is an
+  // atom or nil prints the message of Car and has the key nil. -1, with "CLOMAdsLisp::Index: ..." and
+  // the value, for what is no proper list.
+  static int Index(CLOMAdsLispVar key, CLOMAdsLispVar alist);
+
+  // --- Association lists in ascending order of their keys ---
+  //
+  // One merge from the greatest key down; lists in another order give what that merge gives. The
+  // order of keys is that of CLOMAdsLispVar::operator<. Keys and entries are shared. An empty list
+  // counts as nil. nil, with "CLOMAdsLisp::Inherit : ..." or "... ::InheritanceStatus : ...", for
+  // what is no proper list. Linear.
+
+  // The entries of both; of two with the same key the one of `own`. The other list itself when one
+  // is nil.
+  static CLOMAdsLispVar Inherit(const CLOMAdsLispVar& own, const CLOMAdsLispVar& inherited);
+  // (key . status) for each key: 2 only in `own`, 1 in both, 0 only in `inherited`.
+  static CLOMAdsLispVar InheritanceStatus(const CLOMAdsLispVar& own, const CLOMAdsLispVar& inherited);
 
   // --- Assignment: writes `target` and gives `value` ---
   //

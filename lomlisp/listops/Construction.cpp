@@ -2,6 +2,7 @@
 
 #include <lomlisp/lisp/TreeWalk.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/listops/DeepCopy.h>
 #include <lomlisp/listops/Echo.h>
 #include <lomlisp/listops/messages.h>
 
@@ -15,13 +16,6 @@ using namespace lomlisp;
 namespace {
 
 using Element = CLOMAdsLispVar::Element;
-
-Element DeepCopy(const Element& element) {
-  Element copy;
-  Element rest;
-  CLOMAdsLispVar::CopyHead(element, copy, rest, -1);
-  return copy;
-}
 
 // Looks for a node in a tree.
 class Finder {

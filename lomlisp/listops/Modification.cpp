@@ -3,8 +3,6 @@
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/messages.h>
 
-#include <utility>
-
 using namespace lomlisp;
 
 CLOMAdsLispVar& CLOMAdsLispVar::RplaCa(const CLOMAdsLispVar& value) {

@@ -1,9 +1,15 @@
-// Values as texts.
+// Values as texts, and values from texts.
 
 #include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/listops/messages.h>
+#include <lomlisp/text/UpperCase.h>
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
+#include <string>
+
+using namespace lomlisp;
 
 CLOMAdsLispVar CLOMAdsLisp::PrinC(const CLOMAdsLispVar& value) {
   value.PrinC(nullptr, 0);
@@ -21,4 +27,25 @@ CString CLOMAdsLisp::ToCString(const CLOMAdsLispVar& value) {
   wchar_t buffer[16384];
   value.PrinC(buffer, std::size(buffer));
   return buffer;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::Read(const CLOMAdsLispVar& text) {
+  if (!StringP(text)) {
+    acutPrintf(messages::ReadOfOther);
+    return Nil;
+  }
+  CLOMAdsLispVar value;
+  value.Read(text.GetAtom());
+  return value;
+}
+
+CLOMAdsLispVar CLOMAdsLisp::StrCase(const CLOMAdsLispVar& text) {
+  if (!StringP(text)) {
+    acutPrintf(messages::StrCaseOfOther);
+    return Nil;
+  }
+  std::wstring upper;
+  SetQ(upper, text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), UpperCase);
+  return upper;
 }

@@ -31,5 +31,34 @@ inline constexpr const wchar_t* MemberAppendOfOther = L"CLOMAdsLispVar::Append :
 inline constexpr const wchar_t* MemberReverseOfOther = L"CLOMAdsLispVar::Reverse : Keine Liste !\n";
 inline constexpr const wchar_t* RplaCaOfOther = L"CLOMAdsLispVar::RplaCa : Keine oder leere Liste !\n";
 inline constexpr const wchar_t* RplaCdOfOther = L"CLOMAdsLispVar::RplaCd : Keine oder leere Liste !\n";
+inline constexpr const wchar_t* SortOfOther =
+    L"CLOMAdsLispVar::Sort : Keine Liste aus Atomen oder Assoziativ-Liste!\n";
+
+// Editing.
+inline constexpr const wchar_t* AddNthOfOther = L"CLOMAdsLisp::AddNth :  Keine Liste !\n";
+inline constexpr const wchar_t* AddNthBehindEnd = L"CLOMAdsLisp::AddNth : Liste hat zuwenig Elemente !\n";
+inline constexpr const wchar_t* DeleteNthOfOther = L"CLOMAdsLisp::DeleteNth :  Keine Liste !\n";
+inline constexpr const wchar_t* DeleteNthBehindEnd =
+    L"CLOMAdsLisp::DeleteNth : Liste hat zuwenig Elemente !\n";
+inline constexpr const wchar_t* SubstNthOfOther = L"CLOMAdsLisp::SubstNth :  Keine Liste !\n";
+inline constexpr const wchar_t* SubstNthBehindEnd = L"CLOMAdsLisp::SubstNth : Liste hat zuwenig Elemente !\n";
+inline constexpr const wchar_t* SubstOfOther = L"CLOMAdsLisp::Subst :  Keine Liste !\n";  // Delete too
+
+// Search. The list follows AssocOfOther and IndexOfOther, which takes the name of the function.
+inline constexpr const wchar_t* AssocOfOther = L"CLOMAdsLisp::Assoc : keine Assoziativ-Liste : ";
+inline constexpr const wchar_t* MemberOfOther =
+    L"CLOMAdsLisp::Member : Parameter \"List\" mu\u00DF eine Liste sein !\n";
+inline constexpr const wchar_t* PositionOfOther = L"CLOMAdsLisp::Position :  Keine Liste !\n";
+inline constexpr const wchar_t* IndexOfOther = L"%s: keine Assoziativ-Liste !\n";
+
+// Inheritance.
+inline constexpr const wchar_t* InheritOfOther = L"CLOMAdsLisp::Inherit : keine Assoziations-Liste !\n";
+inline constexpr const wchar_t* InheritanceStatusOfOther =
+    L"CLOMAdsLisp::InheritanceStatus : keine Assoziations-Liste !\n";
+
+// Texts.
+inline constexpr const wchar_t* ReadOfOther = L"CLOMAdsLisp::Read : Parameter ist nicht vom Typ String !\n";
+inline constexpr const wchar_t* StrCaseOfOther =
+    L"CLOMAdsLisp::StrCase : Parameter ist nicht vom Typ String !\n";
 
 }  // namespace lomlisp::messages

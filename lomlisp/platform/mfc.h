@@ -1,15 +1,25 @@
 // The MFC value classes that the library accepts and gives: the real ones where LOMLISP_MFC says
-// that MFC is there, otherwise a small subset with MFC's names and meaning.
+// that MFC is there, otherwise a small subset with MFC's names and meaning. OLE's VARIANT is the
+// system's own on Windows, and a subset elsewhere.
 #pragma once
 
 #ifdef LOMLISP_MFC
 
 #include <afx.h>
+#include <afxdisp.h>
 #include <afxtempl.h>
 
 #else
 
+#ifdef _WIN32
+#include <oleauto.h>
+#endif
+
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
 #include <string>
 #include <utility>
 #include <vector>
@@ -96,6 +106,215 @@ class CArray {
 
  private:
   std::vector<TYPE> m_elements;
+};
+
+using CStringArray = CArray<CString, const CString&>;
+
+#ifndef _WIN32
+
+// --- OLE's variant, as far as scalar values go ---
+
+// A text that knows its length, which stands in front of it, so that it may hold zeros; it ends
+// with a zero all the same. Null is the empty text.
+using BSTR = wchar_t*;
+
+// Copies `length` characters, or leaves them unset for a null `text`; null when memory runs out.
+inline BSTR SysAllocStringLen(const wchar_t* text, unsigned int length) {
+  const size_t bytes = length * sizeof(wchar_t);
+  auto* const block = static_cast<char*>(std::malloc(sizeof(size_t) + bytes + sizeof(wchar_t)));
+  if (block == nullptr) return nullptr;
+  std::memcpy(block, &bytes, sizeof bytes);
+  auto* const copy = reinterpret_cast<BSTR>(block + sizeof bytes);
+  if (text != nullptr) std::memcpy(copy, text, bytes);
+  copy[length] = 0;
+  return copy;
+}
+
+// Null for null.
+inline BSTR SysAllocString(const wchar_t* text) {
+  return text != nullptr ? SysAllocStringLen(text, static_cast<unsigned int>(std::wcslen(text))) : nullptr;
+}
+
+inline unsigned int SysStringLen(BSTR text) {
+  if (text == nullptr) return 0;
+  size_t bytes = 0;
+  std::memcpy(&bytes, reinterpret_cast<const char*>(text) - sizeof bytes, sizeof bytes);
+  return static_cast<unsigned int>(bytes / sizeof(wchar_t));
+}
+
+inline void SysFreeString(BSTR text) {
+  if (text != nullptr) std::free(reinterpret_cast<char*>(text) - sizeof(size_t));
+}
+
+using VARTYPE = unsigned short;
+using VARIANT_BOOL = short;
+inline constexpr VARIANT_BOOL VARIANT_TRUE = -1;
+inline constexpr VARIANT_BOOL VARIANT_FALSE = 0;
+
+enum : VARTYPE {
+  VT_EMPTY = 0,
+  VT_NULL = 1,
+  VT_I2 = 2,
+  VT_I4 = 3,
+  VT_R4 = 4,
+  VT_R8 = 5,
+  VT_CY = 6,
+  VT_DATE = 7,
+  VT_BSTR = 8,
+  VT_DISPATCH = 9,
+  VT_ERROR = 10,
+  VT_BOOL = 11,
+  VT_VARIANT = 12,
+  VT_UNKNOWN = 13,
+  VT_I1 = 16,
+  VT_UI1 = 17,
+  VT_UI2 = 18,
+  VT_UI4 = 19,
+  VT_I8 = 20,
+  VT_UI8 = 21,
+  VT_INT = 22,
+  VT_UINT = 23,
+  VT_ARRAY = 0x2000,
+  VT_BYREF = 0x4000,
+};
+
+struct VARIANT {
+  VARTYPE vt;
+  unsigned short wReserved1;
+  unsigned short wReserved2;
+  unsigned short wReserved3;
+  union {
+    long long llVal;
+    int32_t lVal;
+    unsigned char bVal;
+    short iVal;
+    float fltVal;
+    double dblVal;
+    VARIANT_BOOL boolVal;
+    int32_t scode;
+    double date;
+    BSTR bstrVal;
+    void* byref;
+    signed char cVal;
+    unsigned short uiVal;
+    uint32_t ulVal;
+    unsigned long long ullVal;
+    int intVal;
+    unsigned int uintVal;
+  };
+};
+
+using HRESULT = int32_t;
+inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
+
+inline void VariantInit(VARIANT* variant) { *variant = VARIANT{}; }
+
+// Frees what the variant owns, and makes it VT_EMPTY. What a variant refers to is not its own.
+inline HRESULT VariantClear(VARIANT* variant) {
+  if (variant->vt == VT_BSTR) SysFreeString(variant->bstrVal);
+  VariantInit(variant);
+  return S_OK;
+}
+
+// A deep copy. On failure `target` is VT_EMPTY.
+inline HRESULT VariantCopy(VARIANT* target, const VARIANT* source) {
+  if (target == source) return S_OK;
+  VariantClear(target);
+  VARIANT copy = *source;
+  if (source->vt == VT_BSTR && source->bstrVal != nullptr) {
+    copy.bstrVal = SysAllocStringLen(source->bstrVal, SysStringLen(source->bstrVal));
+    if (copy.bstrVal == nullptr) return E_OUTOFMEMORY;
+  }
+  *target = copy;
+  return S_OK;
+}
+
+#endif
+
+inline void AfxVariantInit(VARIANT* variant) { VariantInit(variant); }
+
+// A variant that owns its value. Copies are deep.
+class COleVariant : public VARIANT {
+ public:
+  COleVariant() { AfxVariantInit(this); }
+  COleVariant(const VARIANT& variant) : COleVariant() { VariantCopy(this, &variant); }
+  COleVariant(const COleVariant& variant) : COleVariant(static_cast<const VARIANT&>(variant)) {}
+  COleVariant(COleVariant&& variant) noexcept : VARIANT(variant) { AfxVariantInit(&variant); }
+  COleVariant(unsigned char value) : COleVariant() { *this = value; }
+  // As VT_I2, or as VT_BOOL for that type.
+  COleVariant(short value, VARTYPE type = VT_I2) : COleVariant() {
+    if (type == VT_BOOL)
+      boolVal = value != 0 ? VARIANT_TRUE : VARIANT_FALSE;
+    else
+      iVal = value;
+    vt = type;
+  }
+  // As VT_I4, VT_ERROR, or VT_BOOL; 32 bits.
+  COleVariant(long value, VARTYPE type = VT_I4) : COleVariant() {
+    if (type == VT_BOOL)
+      boolVal = value != 0 ? VARIANT_TRUE : VARIANT_FALSE;
+    else
+      lVal = static_cast<int32_t>(value);
+    vt = type;
+  }
+  COleVariant(float value) : COleVariant() { *this = value; }
+  COleVariant(double value) : COleVariant() { *this = value; }
+  COleVariant(const CString& text) : COleVariant() { *this = text; }
+  COleVariant(const wchar_t* text, VARTYPE /*VT_BSTR*/) : COleVariant() { *this = text; }
+  ~COleVariant() { VariantClear(this); }
+
+  COleVariant& operator=(const VARIANT& variant) {
+    VariantCopy(this, &variant);
+    return *this;
+  }
+  COleVariant& operator=(const COleVariant& variant) { return *this = static_cast<const VARIANT&>(variant); }
+  COleVariant& operator=(unsigned char value) {
+    Become(VT_UI1);
+    bVal = value;
+    return *this;
+  }
+  COleVariant& operator=(short value) {
+    Become(VT_I2);
+    iVal = value;
+    return *this;
+  }
+  COleVariant& operator=(long value) {
+    Become(VT_I4);
+    lVal = static_cast<int32_t>(value);
+    return *this;
+  }
+  COleVariant& operator=(float value) {
+    Become(VT_R4);
+    fltVal = value;
+    return *this;
+  }
+  COleVariant& operator=(double value) {
+    Become(VT_R8);
+    dblVal = value;
+    return *this;
+  }
+  COleVariant& operator=(const CString& text) {
+    return SetText(text.GetString(), static_cast<unsigned int>(text.GetLength()));
+  }
+  // Null is the empty text. The text may be this variant's own.
+  COleVariant& operator=(const wchar_t* text) {
+    return SetText(text, text != nullptr ? static_cast<unsigned int>(std::wcslen(text)) : 0);
+  }
+
+  void Clear() { VariantClear(this); }
+
+ private:
+  void Become(VARTYPE type) {
+    VariantClear(this);
+    vt = type;
+  }
+  COleVariant& SetText(const wchar_t* text, unsigned int length) {
+    const BSTR copy = SysAllocStringLen(text, length);
+    Become(VT_BSTR);
+    bstrVal = copy;
+    return *this;
+  }
 };
 
 #endif

@@ -2,6 +2,11 @@
 #pragma once
 
 #include <lomlisp/platform/ads.h>
+#include <lomlisp/platform/mfc.h>
+
+#include <charconv>
+#include <iterator>
+#include <string>
 
 namespace lomlisp {
 
@@ -51,3 +56,14 @@ constexpr short DxfType(short code) {
   const short type = lomlisp::kDxfTypeTable.types[code - lomlisp::kFirstDxfCode];
   return type != 0 ? type : code;
 }
+
+namespace lom_string_utils {
+
+// The shortest decimal text that reads back as the same double: "0.1", "1e+300", "-0", "inf", "nan".
+inline CString FormatShortestDouble(double value) {
+  char digits[32];
+  char* const end = std::to_chars(digits, std::end(digits), value).ptr;
+  return CString(std::wstring(digits, end).c_str());
+}
+
+}  // namespace lom_string_utils

@@ -6,6 +6,7 @@
 #include <lomlisp/platform/suite.h>
 
 #include <cstddef>
+#include <utility>
 
 // The result types that a constructor accepts beside its value. The enumerators are the codes
 // themselves; every type is a `short`, so that any code can be cast in.
@@ -46,6 +47,10 @@ class ResBuf : public resbuf {
   ResBuf(const __int64* name, ADSNameType type = ADSNameType::Entity) : ResBuf() { Init(name, type); }
   // That code with a value of -1 (RTSTR: with a null text).
   ResBuf(ADSResType type) : ResBuf() { Init(type); }
+  // RTSHORT of VT_I2, VT_UI2, and of VT_I1 and VT_UI1 as a signed byte; RTLONG of VT_I4, VT_UI4,
+  // VT_INT, VT_UINT, and 1 or 0 of VT_BOOL; RTREAL of VT_R4 and VT_R8; RTSTR of VT_BSTR, up to a
+  // zero, empty for null; RTNONE of every other type.
+  ResBuf(COleVariant variant) : ResBuf() { Init(std::move(variant)); }
   ResBuf(const resbuf& record) : ResBuf() { Init(record); }
   ResBuf(const ResBuf& record) : ResBuf() { Init(record); }
   // Takes the source's text; the source becomes RTNONE.
@@ -189,6 +194,7 @@ class ResBuf : public resbuf {
   void Init(const double* point, ADSPointType type);
   void Init(const __int64* name, ADSNameType type);
   void Init(ADSResType type);
+  void Init(COleVariant variant);  // clears the variant
   void Init(const resbuf& record);
   // Lets the text go.
   void Destroy();

@@ -8,6 +8,9 @@ namespace lomlisp {
 // The number of characters; 0 for null.
 size_t TextLength(const wchar_t* text);
 
+// The text itself; the empty text for null.
+inline const wchar_t* TextOrEmpty(const wchar_t* text) { return text != nullptr ? text : L""; }
+
 // A copy from acad_malloc; null for null and when memory runs out.
 wchar_t* CopyText(const wchar_t* text);
 

@@ -4,7 +4,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = kLarge;
 
 class ChainList : public HostTest {
  protected:
@@ -56,13 +56,13 @@ TEST_F(ChainList, SurvivesWhenNoBracketCanBeBuilt) {
 }
 
 TEST_F(ChainList, AMillionItems) {
-  Records chain(std::vector<resbuf>(kMillion, Short(1)));
-  OnSmallStack([&] { EXPECT_EQ(CLOMAdsLisp::List(chain).Length(), kMillion); });
+  Records chain(std::vector<resbuf>(kMany, Short(1)));
+  OnSmallStack([&] { EXPECT_EQ(CLOMAdsLisp::List(chain).Length(), kMany); });
 }
 
 TEST_F(ChainList, AMillionLevels) {
-  std::vector<resbuf> records(kMillion, Begin());
-  records.resize(2 * kMillion, End());
+  std::vector<resbuf> records(kMany, Begin());
+  records.resize(2 * kMany, End());
   Records chain(std::move(records));
   OnSmallStack([&] { EXPECT_EQ(CLOMAdsLisp::List(chain).Length(), 1U); });
 }

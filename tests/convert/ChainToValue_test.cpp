@@ -6,7 +6,7 @@ namespace {
 
 using Element = CLOMAdsLispVar::Element;
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = kLarge;
 constexpr const char* kMalformed = "ListVar::ADSToLisp: malformed ADS-Liste\n";
 
 std::string InvalidType(int type) {
@@ -414,8 +414,8 @@ TEST_F(ChainToValue, CoordinatesAreAppendedToTheNode) {
 // --- Size ---
 
 TEST_F(ChainToValue, AMillionLevelsNeedNoStack) {
-  std::vector<resbuf> records(kMillion, Begin());
-  records.resize(2 * kMillion, End());
+  std::vector<resbuf> records(kMany, Begin());
+  records.resize(2 * kMany, End());
   Records chain(std::move(records));
   OnSmallStack([&] {
     CLOMAdsLispVar value;
@@ -423,15 +423,15 @@ TEST_F(ChainToValue, AMillionLevelsNeedNoStack) {
     size_t depth = 0;
     for (const CLOMLispElement* node = value.New().get(); node != nullptr; ++depth)
       node = node->children.empty() ? nullptr : node->children.front().get();
-    EXPECT_EQ(depth, kMillion);
+    EXPECT_EQ(depth, kMany);
   });
 }
 
 TEST_F(ChainToValue, AMillionNestedCdrsNeedNoStack) {
   std::vector<resbuf> records;
-  for (size_t i = 0; i < kMillion; ++i) records.insert(records.end(), {Begin(), Short(1), Dot()});
+  for (size_t i = 0; i < kMany; ++i) records.insert(records.end(), {Begin(), Short(1), Dot()});
   records.push_back(Short(2));
-  records.resize(records.size() + kMillion, End());
+  records.resize(records.size() + kMany, End());
   Records chain(std::move(records));
   OnSmallStack([&] {
     CLOMAdsLispVar value;
@@ -441,7 +441,7 @@ TEST_F(ChainToValue, AMillionNestedCdrsNeedNoStack) {
 }
 
 TEST_F(ChainToValue, AMillionOpenListsFailWithoutStack) {
-  Records chain(std::vector<resbuf>(kMillion, Begin()));
+  Records chain(std::vector<resbuf>(kMany, Begin()));
   OnSmallStack([&] {
     CLOMAdsLispVar value;
     EXPECT_FALSE(value.ADSToLisp(chain));
@@ -450,14 +450,14 @@ TEST_F(ChainToValue, AMillionOpenListsFailWithoutStack) {
 }
 
 TEST_F(ChainToValue, AMillionMembers) {
-  std::vector<resbuf> records(kMillion, Short(1));
+  std::vector<resbuf> records(kMany, Short(1));
   records.insert(records.begin(), Begin());
   records.push_back(End());
   Records chain(std::move(records));
   OnSmallStack([&] {
     CLOMAdsLispVar value;
     EXPECT_TRUE(value.ADSToLisp(chain));
-    EXPECT_EQ(value.Length(), kMillion);
+    EXPECT_EQ(value.Length(), kMany);
   });
 }
 

@@ -4,7 +4,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = kLarge;
 
 CLOMAdsLispVar Group(short code, const CLOMAdsLispVar& value) { return Dotted({code, value}); }
 
@@ -280,23 +280,23 @@ TEST_F(ValueToChain, NothingLeaksWhenMemoryRunsOut) {
 
 TEST_F(ValueToChain, AMillionLevelsNeedNoStack) {
   for (const bool dxf : {false, true}) {
-    const CLOMAdsLispVar value = Nested(kMillion, short{1});
+    const CLOMAdsLispVar value = Nested(kMany, short{1});
     OnSmallStack([&] {
       ADSList target;
       CLOMAdsLispVar::LispToADS(value.New(), target, dxf);
-      EXPECT_EQ(Count(target), 2 * kMillion + 1);
+      EXPECT_EQ(Count(target), 2 * kMany + 1);
     });
   }
 }
 
 TEST_F(ValueToChain, AMillionMembers) {
   CLOMAdsLispVar value = ListOf({});
-  for (size_t i = 0; i < kMillion; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
+  for (size_t i = 0; i < kMany; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
   for (const bool dxf : {false, true}) {
     OnSmallStack([&] {
       ADSList target;
       CLOMAdsLispVar::LispToADS(value.New(), target, dxf);
-      EXPECT_EQ(Count(target), kMillion + 2);
+      EXPECT_EQ(Count(target), kMany + 2);
     });
   }
 }
@@ -304,11 +304,11 @@ TEST_F(ValueToChain, AMillionMembers) {
 TEST_F(ValueToChain, AMillionGroups) {
   CLOMAdsLispVar value = ListOf({});
   const CLOMAdsLispVar group = Group(62, short{1});
-  for (size_t i = 0; i < kMillion; ++i) value.New()->children.push_back(group.New());
+  for (size_t i = 0; i < kMany; ++i) value.New()->children.push_back(group.New());
   OnSmallStack([&] {
     ADSList target;
     value.LispToDXF(target);
-    EXPECT_EQ(Count(target), kMillion);
+    EXPECT_EQ(Count(target), kMany);
   });
 }
 

@@ -146,7 +146,7 @@ TEST_F(ChainTextTest, BrokenChainsPrintAsTheyStand) {
 }
 
 TEST_F(ChainTextTest, AMillionLevelsAndItemsReadAndPrint) {
-  constexpr size_t kCount = 1'000'000;
+  constexpr size_t kCount = kLarge;
   const std::wstring deep = std::wstring(kCount, L'(') + L"1" + std::wstring(kCount, L')');
   EXPECT_TRUE(ToText(Read(deep)) == deep);
   std::wstring wide = L"(";

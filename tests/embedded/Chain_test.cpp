@@ -171,7 +171,7 @@ TEST_F(ChainTest, FreedRecordsAndWrongLinksAreObjectedTo) {
 }
 
 TEST_F(ChainTest, ADeepChainIsChecked) {
-  constexpr size_t kDepth = 1'000'000;
+  constexpr size_t kDepth = kLarge;
   std::vector<resbuf> records(2 * kDepth);
   for (size_t index = 0; index < records.size(); ++index) {
     records[index].restype = index < kDepth ? RTLB : RTLE;

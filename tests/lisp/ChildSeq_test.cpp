@@ -446,7 +446,7 @@ Node DeepTree(size_t levels, const Node& sentry) {
   return node;
 }
 
-constexpr size_t kDeep = 1000000;
+constexpr size_t kDeep = kLarge;
 
 TEST_F(ChildSequence, AMillionLevelsAreReleasedOnASmallStack) {
   const Node sentry = NewNode();

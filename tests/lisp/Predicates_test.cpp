@@ -236,7 +236,7 @@ TEST_F(Predicates, ADottedListWhoseSecondMemberIsAProperListIsARealList) {
 TEST_F(Predicates, AMillionMembersAreLookedAtOnce) {
   const Node node = std::make_shared<CLOMLispElement>();
   const Node atom = Value(1).New();
-  for (int i = 0; i < 1000000; ++i) node->children.push_back(atom);
+  for (int i = 0; i < kLarge; ++i) node->children.push_back(atom);
   Expect("(1 1 ...)", Handle(node), "ListP AtomListP AssocListP RealListP ", 3);
   node->children.push_back(nullptr);
   Expect("(1 1 ... nil)", Handle(node), "ListP AssocListP RealListP ", 3);

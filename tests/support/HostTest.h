@@ -12,6 +12,15 @@ namespace lomlisp::test {
 
 using embedded::Host;
 
+// How deep and how long the large values are: far beyond what a stack bears, and quadratic work on
+// them would meet the time limit of the run. The sanitizers, under which everything takes ten times
+// as long, get a tenth; `tools/test` also runs all tests without them.
+#ifdef LOMLISP_SANITIZED
+inline constexpr int kLarge = 100'000;
+#else
+inline constexpr int kLarge = 1'000'000;
+#endif
+
 inline std::string Utf8(std::wstring_view text) {
   std::string bytes;
   for (const wchar_t character : text) {

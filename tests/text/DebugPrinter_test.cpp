@@ -4,7 +4,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = kLarge;
 
 CLOMAdsLispVar Atom(const resbuf& record) {
   CLOMAdsLispVar value(short{1});
@@ -88,18 +88,18 @@ TEST_F(DebugPrinter, TheValueIsNotChanged) {
 }
 
 TEST_F(DebugPrinter, AMillionLevelsNeedNoStack) {
-  const CLOMAdsLispVar value = Nested(kMillion, CLOMAdsLisp::Nil);
+  const CLOMAdsLispVar value = Nested(kMany, CLOMAdsLisp::Nil);
   CString text;
   OnSmallStack([&] { text = value.GetAsDebugString(); });
-  EXPECT_TRUE(std::wstring(text) == std::wstring(kMillion, L'(') + L"nil" + std::wstring(kMillion, L')'));
+  EXPECT_TRUE(std::wstring(text) == std::wstring(kMany, L'(') + L"nil" + std::wstring(kMany, L')'));
 }
 
 TEST_F(DebugPrinter, AMillionMembersTakeLinearTime) {
   CLOMAdsLispVar value = ListOf({});
-  for (size_t i = 0; i < kMillion; ++i) value.New()->children.push_back(nullptr);
+  for (size_t i = 0; i < kMany; ++i) value.New()->children.push_back(nullptr);
   CString text;
   OnSmallStack([&] { text = value.GetAsDebugString(); });
-  EXPECT_EQ(text.GetLength(), static_cast<int>(4 * kMillion + 1));
+  EXPECT_EQ(text.GetLength(), static_cast<int>(4 * kMany + 1));
 }
 
 }  // namespace

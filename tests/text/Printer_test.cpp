@@ -7,7 +7,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMillion = 1'000'000;
+constexpr size_t kMany = kLarge;
 
 // A buffer with more behind it than is told, so that writes past the end are seen.
 class Buffer {
@@ -243,7 +243,7 @@ TEST_F(Printer, PrinCOfTheFacadePrintsAndGivesTheValue) {
 // --- Size and memory ---
 
 TEST_F(Printer, AMillionLevelsNeedNoStack) {
-  const CLOMAdsLispVar value = Nested(kMillion, CLOMAdsLisp::Nil);
+  const CLOMAdsLispVar value = Nested(kMany, CLOMAdsLisp::Nil);
   CString cut, text;
   OnSmallStack([&] {
     cut = CLOMAdsLisp::ToCString(value);
@@ -252,23 +252,23 @@ TEST_F(Printer, AMillionLevelsNeedNoStack) {
   });
   EXPECT_EQ(std::wstring(cut), std::wstring(16'383, L'('));
   EXPECT_EQ(std::wstring(text), std::wstring(4'999, L'('));
-  EXPECT_TRUE(host.console.Take() == std::wstring(kMillion, L'(') + L"nil" + std::wstring(kMillion, L')'));
+  EXPECT_TRUE(host.console.Take() == std::wstring(kMany, L'(') + L"nil" + std::wstring(kMany, L')'));
 }
 
 TEST_F(Printer, AMillionLevelsIntoABuffer) {
-  const CLOMAdsLispVar value = Nested(kMillion, short{1});
-  Buffer buffer(3 * kMillion);
+  const CLOMAdsLispVar value = Nested(kMany, short{1});
+  Buffer buffer(3 * kMany);
   OnSmallStack([&] { value.PrinC(buffer.Data(), buffer.Size()); });
-  EXPECT_TRUE(buffer.Text() == std::wstring(kMillion, L'(') + L"1" + std::wstring(kMillion, L')'));
+  EXPECT_TRUE(buffer.Text() == std::wstring(kMany, L'(') + L"1" + std::wstring(kMany, L')'));
 }
 
 TEST_F(Printer, AMillionMembersTakeLinearTime) {
   CLOMAdsLispVar value = ListOf({});
-  for (size_t i = 0; i < kMillion; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
-  Buffer buffer(3 * kMillion);
+  for (size_t i = 0; i < kMany; ++i) value.New()->children.push_back(CLOMAdsLispVar(short{1}).New());
+  Buffer buffer(3 * kMany);
   OnSmallStack([&] { value.PrinC(buffer.Data(), buffer.Size()); });
   const std::wstring text = buffer.Text();
-  EXPECT_EQ(text.size(), 2 * kMillion + 1);
+  EXPECT_EQ(text.size(), 2 * kMany + 1);
   EXPECT_EQ(text.substr(0, 6), L"(1 1 1");
   EXPECT_EQ(text.substr(text.size() - 3), L" 1)");
 }

@@ -1,0 +1,15 @@
+// One record of an entity list.
+#pragma once
+
+#include <lomlisp/resbuf/ResBuf.h>
+
+namespace lomlisp {
+
+// A new record with a copy of the value under a DXF code; null when memory runs out.
+inline ResBuf* NewDxfGroup(const ResBuf& value, short code) {
+  auto* const record = new ResBuf(value);
+  if (record != nullptr) record->MakeDXF(code);
+  return record;
+}
+
+}  // namespace lomlisp

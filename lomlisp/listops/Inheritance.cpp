@@ -1,0 +1,91 @@
+// Inherit and InheritanceStatus: association lists and the ones that they inherit from.
+
+#include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/listops/Members.h>
+#include <lomlisp/listops/messages.h>
+
+#include <optional>
+#include <utility>
+
+using namespace lomlisp;
+
+namespace {
+
+using Element = CLOMAdsLispVar::Element;
+
+enum Status : short { OnlyInherited = 0, InBoth = 1, OnlyOwn = 2 };
+
+// Goes through an association list from the last entry to the first.
+class Entries {
+ public:
+  explicit Entries(const CLOMAdsLispVar& list) : m_list(list.New()) {
+    if (m_list != nullptr) m_left = m_list->children.size();
+  }
+
+  bool AtEnd() const { return m_left == 0; }
+  const Element& Current() const { return m_list->children[m_left - 1]; }
+  // Taken once for each entry, because Car prints when the entry is no list.
+  const CLOMAdsLispVar& Key() {
+    if (!m_key) m_key = CLOMAdsLisp::Car(ValueOf(Current()));
+    return *m_key;
+  }
+  void Next() {
+    --m_left;
+    m_key.reset();
+  }
+
+ private:
+  Element m_list;
+  size_t m_left = 0;
+  std::optional<CLOMAdsLispVar> m_key;
+};
+
+// Merges the entries from the greatest key down. What `memberOf` makes of each, given its list and
+// its status, is put in front of the result.
+template <class MemberOf>
+CLOMAdsLispVar Merge(Entries own, Entries inherited, MemberOf memberOf) {
+  auto merged = std::make_shared<CLOMLispElement>();
+  const auto take = [&](Entries& entries, Status status) {
+    merged->children.push_front(memberOf(entries, status));
+    entries.Next();
+  };
+  while (!own.AtEnd() && !inherited.AtEnd()) {
+    const CLOMAdsLispVar& ownKey = own.Key();
+    const CLOMAdsLispVar& inheritedKey = inherited.Key();
+    if (CLOMAdsLisp::Equal(ownKey, inheritedKey, 0.0)) {
+      take(own, InBoth);
+      inherited.Next();
+    } else if (!(ownKey < inheritedKey)) {
+      take(own, OnlyOwn);
+    } else {
+      take(inherited, OnlyInherited);
+    }
+  }
+  while (!inherited.AtEnd()) take(inherited, OnlyInherited);
+  while (!own.AtEnd()) take(own, OnlyOwn);
+  return merged->children.empty() ? CLOMAdsLisp::Nil : ValueOf(std::move(merged));
+}
+
+bool HasEntries(const CLOMAdsLispVar& list) { return !Entries(list).AtEnd(); }
+
+}  // namespace
+
+CLOMAdsLispVar CLOMAdsLisp::Inherit(const CLOMAdsLispVar& own, const CLOMAdsLispVar& inherited) {
+  if (!AssocListP(own) || !AssocListP(inherited)) {
+    acutPrintf(messages::InheritOfOther);
+    return Nil;
+  }
+  if (!HasEntries(own)) return inherited;
+  if (!HasEntries(inherited)) return own;
+  return Merge(Entries(own), Entries(inherited), [](Entries& entries, Status) { return entries.Current(); });
+}
+
+CLOMAdsLispVar CLOMAdsLisp::InheritanceStatus(const CLOMAdsLispVar& own, const CLOMAdsLispVar& inherited) {
+  if (!AssocListP(own) || !AssocListP(inherited)) {
+    acutPrintf(messages::InheritanceStatusOfOther);
+    return Nil;
+  }
+  return Merge(Entries(own), Entries(inherited), [](Entries& entries, Status status) {
+    return CLOMAdsLispVar(Cons(entries.Key(), static_cast<short>(status))).New();
+  });
+}
