@@ -16,14 +16,28 @@ namespace {
 
 using node::Node;
 
-// Compares two trees, depth-first from left to right, up to the first difference.
-class Comparison {
+enum class Verdict { Equal, Different, AsTheirMembers };
+
+// What two nodes say without their members.
+Verdict Compare(Node a, Node b, double tol) {
+  if (a == b) return Verdict::Equal;
+  if (a == nullptr || b == nullptr) return Verdict::Different;
+  const int kind = a->Kind();
+  if (kind != b->Kind()) return Verdict::Different;
+  if (kind == CLOMLispElement::Atom)
+    return a->atom.Equal(b->atom, tol) != 0 ? Verdict::Equal : Verdict::Different;
+  if (a->children.size() != b->children.size()) return Verdict::Different;
+  return a->children.empty() ? Verdict::Equal : Verdict::AsTheirMembers;
+}
+
+// Compares two lists, depth-first from left to right, up to the first difference.
+class ListComparison {
  public:
-  explicit Comparison(double tol) : m_tol(tol) {}
+  explicit ListComparison(double tol) : m_tol(tol) {}
 
   bool Run(Node a, Node b) {
-    bool equal = Begin(a, b, false);
-    while (equal && !m_open.empty()) {
+    m_open.push({a, b, 0});
+    while (!m_open.empty()) {
       Open& open = m_open.top();
       if (open.next == open.a->children.size()) {
         m_open.pop();
@@ -32,10 +46,11 @@ class Comparison {
       const Child& childOfA = open.a->children[open.next];
       const Child& childOfB = open.b->children[open.next];
       ++open.next;
-      const bool shared = childOfA.use_count() > 1 || childOfB.use_count() > 1;
-      equal = Begin(childOfA.get(), childOfB.get(), shared);
+      const Verdict verdict = Compare(childOfA.get(), childOfB.get(), m_tol);
+      if (verdict == Verdict::Different) return false;
+      if (verdict == Verdict::AsTheirMembers) Enter(childOfA, childOfB);
     }
-    return equal;
+    return true;
   }
 
  private:
@@ -53,16 +68,10 @@ class Comparison {
     size_t next;
   };
 
-  // False when the nodes differ already; the members of lists come next. Only a pair with a shared
-  // node can be met again, and then it has been found equal.
-  bool Begin(Node a, Node b, bool shared) {
-    if (a == b) return true;
-    if (a == nullptr || b == nullptr || a->Kind() != b->Kind()) return false;
-    if (a->Kind() == CLOMLispElement::Atom) return a->atom.Equal(b->atom, m_tol) != 0;
-    if (a->children.size() != b->children.size()) return false;
-    if (a->children.empty()) return true;
-    if (!shared || m_met.insert({a, b}).second) m_open.push({a, b, 0});
-    return true;
+  // Only a pair with a shared node can be met again, and then it has been found equal.
+  void Enter(const Child& a, const Child& b) {
+    const bool isShared = a.use_count() > 1 || b.use_count() > 1;
+    if (!isShared || m_met.insert({a.get(), b.get()}).second) m_open.push({a.get(), b.get(), 0});
   }
 
   double m_tol;
@@ -88,7 +97,10 @@ bool CompareAtoms(Node a, Node b, Order& order) {
 
 }  // namespace
 
-bool node::AreEqual(Node a, Node b, double tol) { return Comparison(tol).Run(a, b); }
+bool node::AreEqual(Node a, Node b, double tol) {
+  const Verdict verdict = Compare(a, b, tol);
+  return verdict == Verdict::AsTheirMembers ? ListComparison(tol).Run(a, b) : verdict == Verdict::Equal;
+}
 
 bool CLOMAdsLispVar::isEqual(const ConstElement& a, const ConstElement& b, double tol) {
   return node::AreEqual(a.get(), b.get(), tol);

@@ -31,17 +31,18 @@ constexpr size_t kLongestPiece = 2047;
 
 // --- Numbers, as the C standard prints them ---
 
-// The digits of a number, what stands in front of them, and whether zeros may fill the width.
+// A number's sign and digits.
 struct Number {
   std::wstring prefix;
   std::wstring digits;
-  bool takesZeros = true;
+  size_t digitsLeftOut = 0;  // behind those, beyond the longest piece
+  bool takesZeros = true;    // in the place of blanks in front
 };
 
 std::wstring Piece(const Number& number, const Directive& directive) {
-  const size_t length = number.prefix.size() + number.digits.size();
+  const size_t length = number.prefix.size() + number.digits.size() + number.digitsLeftOut;
   const size_t width = directive.width > 0 ? static_cast<size_t>(directive.width) : 0;
-  const size_t missing = std::min(width, kLongestPiece) - std::min({width, kLongestPiece, length});
+  const size_t missing = std::min(width - std::min(width, length), kLongestPiece);
   std::wstring piece;
   if (directive.left)
     piece = number.prefix + number.digits + std::wstring(missing, L' ');
@@ -71,12 +72,13 @@ std::wstring IntegerPiece(int32_t value, wchar_t letter, const Directive& direct
 
 std::wstring RealPiece(double value, wchar_t letter, const Directive& directive) {
   constexpr int32_t kStandardPrecision = 6;
-  constexpr auto kGreatestPrecision = static_cast<int32_t>(kLongestPiece);
-  const int32_t precision =
-      directive.precision < 0 ? kStandardPrecision : std::min(directive.precision, kGreatestPrecision);
-  Number number{SignOf(std::signbit(value), directive), {}, std::isfinite(value)};
+  const int32_t precision = directive.precision < 0 ? kStandardPrecision : directive.precision;
+  const int32_t written = std::min(precision, static_cast<int32_t>(kLongestPiece));
+  Number number{SignOf(std::signbit(value), directive), L""};
+  number.takesZeros = std::isfinite(value);
+  if (number.takesZeros) number.digitsLeftOut = static_cast<size_t>(precision - written);
   const auto format = letter == L'e' ? std::chars_format::scientific : std::chars_format::fixed;
-  AppendReal(number.digits, std::fabs(value), format, precision);
+  AppendReal(number.digits, std::fabs(value), format, written);
   return Piece(number, directive);
 }
 
@@ -139,8 +141,8 @@ int CLOMAdsLispVar::Format(CLOMAdsLispVar& result, const wchar_t* format,
                            const CArray<CLOMAdsLispVar, CLOMAdsLispVar>& args) {
   if (format == nullptr || *format == 0) {
     if (args.GetSize() == 0) return 0;
-    const CLOMAdsLispVar first = args[0];
-    result.SetQ(first);
+    // A copy, because `result` may be that very value.
+    result.SetQ(CLOMAdsLispVar(args[0]));
     return 1;
   }
   std::wstring text;

@@ -254,7 +254,7 @@ TEST_F(DxfGroups, NamesAreCopied) {
 
 TEST_F(DxfGroups, DeepExtendedDataNeedsNoStack) {
   CLOMAdsLispVar groups = ListOf({Group(1070, short{1})});
-  for (int i = 0; i < 50'000; ++i) groups = ListOf({Group(-3, ListOf({L"A", groups}))});
+  for (int i = 0; i < kLarge / 10; ++i) groups = ListOf({Group(-3, ListOf({L"A", groups}))});
   OnSmallStack([&] {
     ADSList list, element, data;
     EXPECT_TRUE(CLOMAdsLispVar::LispToDXFList(groups.New(), list));

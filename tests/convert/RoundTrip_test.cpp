@@ -296,7 +296,7 @@ TEST_F(RoundTrip, LongerChainsConvertAsTheModelSays) {
                                            String(L"l", 8),
                                            Point(1, 2, 3, 10),
                                            NoValue(RTT)};
-  for (int round = 0; round < 20'000; ++round) {
+  for (unsigned int round = 0; round < Rounds(20'000); ++round) {
     std::vector<resbuf> records{Begin()};
     for (size_t i = random.Below(10); i > 0; --i) records.push_back(alphabet[random.Below(alphabet.size())]);
     size_t open = 0;
@@ -313,7 +313,7 @@ TEST_F(RoundTrip, LongerChainsConvertAsTheModelSays) {
 
 TEST_F(RoundTrip, ValuesAreWrittenAsTheModelSays) {
   Random random(2);
-  for (int round = 0; round < 10'000; ++round) {
+  for (unsigned int round = 0; round < Rounds(10'000); ++round) {
     const CLOMAdsLispVar value = round % 2 == 0 ? random.Value(5) : random.Groups(4);
     for (const bool dxf : {false, true}) {
       ADSList target;
@@ -327,7 +327,7 @@ TEST_F(RoundTrip, ValuesAreWrittenAsTheModelSays) {
 
 TEST_F(RoundTrip, PlainValuesComeBackAsTheyWere) {
   Random random(3);
-  for (int round = 0; round < 10'000; ++round) {
+  for (unsigned int round = 0; round < Rounds(10'000); ++round) {
     const CLOMAdsLispVar value = random.Value(5);
     ADSList target;
     CLOMAdsLispVar back;

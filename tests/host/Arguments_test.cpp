@@ -7,7 +7,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMany = 200'000;
+constexpr size_t kMany = kLarge / 5;
 
 class ValueArguments : public HostTest {
  protected:

@@ -4,7 +4,7 @@
 namespace lomlisp::test {
 namespace {
 
-constexpr size_t kMany = 200'000;
+constexpr size_t kMany = kLarge / 5;
 
 class ValueReturn : public HostTest {
  protected:

@@ -206,7 +206,7 @@ TEST_F(ValueSymbols, AnythingElseIsNoNameAndThePlatformIsNotAsked) {
 // --- Size and memory ---
 
 TEST_F(ValueSymbols, ManyLevels) {
-  const CLOMAdsLispVar value = Nested(200'000, short{1});
+  const CLOMAdsLispVar value = Nested(kLarge / 5, short{1});
   host.log.Enable(false);
   OnSmallStack([&] {
     EXPECT_TRUE(value.PutSym(L"X"));

@@ -405,7 +405,7 @@ class Twin {
 };
 
 TEST_F(ChildSequence, BehavesLikeADeque) {
-  for (unsigned seed = 1; seed <= 20; ++seed) {
+  for (unsigned seed = 1; seed <= Rounds(20); ++seed) {
     Twin twin(seed);
     for (int step = 0; step < 2000; ++step) {
       twin.Step();
@@ -471,7 +471,7 @@ TEST_F(ChildSequence, EveryWayToLoseADeepTreeIsSafe) {
   };
   const Node sentry = NewNode();
   for (size_t i = 0; i < ways.size(); ++i) {
-    ChildSeq sequence{DeepTree(100000, sentry)};
+    ChildSeq sequence{DeepTree(kLarge / 10, sentry)};
     ASSERT_EQ(sentry.use_count(), 2) << "way " << i;
     RunOnSmallStack([&] { ways[i](sequence); });
     EXPECT_EQ(sentry.use_count(), 1) << "way " << i;

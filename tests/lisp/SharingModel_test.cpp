@@ -412,12 +412,12 @@ class SharingModelTest : public HostTest {
 };
 
 TEST_F(SharingModelTest, RandomSequencesAgreeWithTheModel) {
-  for (unsigned int seed = 1; seed <= 1500; ++seed)
+  for (unsigned int seed = 1; seed <= Rounds(1500); ++seed)
     if (!RunSequence(seed, 60)) return;
 }
 
 TEST_F(SharingModelTest, LongRandomSequencesAgreeWithTheModel) {
-  for (unsigned int seed = 1001; seed <= 1010; ++seed)
+  for (unsigned int seed = 1001; seed <= 1000 + Rounds(10); ++seed)
     if (!RunSequence(seed, 1000)) return;
 }
 

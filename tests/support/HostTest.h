@@ -12,14 +12,19 @@ namespace lomlisp::test {
 
 using embedded::Host;
 
-// How deep and how long the large values are: far beyond what a stack bears, and quadratic work on
-// them would meet the time limit of the run. The sanitizers, under which everything takes ten times
-// as long, get a tenth; `tools/test` also runs all tests without them.
 #ifdef LOMLISP_SANITIZED
-inline constexpr int kLarge = 100'000;
+inline constexpr bool kSanitized = true;
 #else
-inline constexpr int kLarge = 1'000'000;
+inline constexpr bool kSanitized = false;
 #endif
+
+// How deep and how long the large values are: far beyond what a stack bears, and quadratic work on
+// them would meet the time limit of the run. Under the sanitizers everything takes ten times as
+// long, so they get a fiftieth; `tools/test` runs all tests without them as well.
+inline constexpr int kLarge = kSanitized ? 20'000 : 1'000'000;
+
+// How many random cases are tried.
+constexpr unsigned int Rounds(unsigned int all) { return kSanitized ? (all + 9) / 10 : all; }
 
 inline std::string Utf8(std::wstring_view text) {
   std::string bytes;

@@ -210,5 +210,3 @@ BENCHMARK(Release)->Unit(benchmark::kMillisecond);
 BENCHMARK(WholeCall)->Unit(benchmark::kNanosecond);
 
 }  // namespace
-
-BENCHMARK_MAIN();
