@@ -27,8 +27,8 @@ std::string CannotOrder(const std::string& typeName) {
   return "Fehler bei ResBuf::operator< :Ich kann ResBufs vom Typ " + typeName + " nicht vergleichen\nName";
 }
 
-// What the four operators say of a pair: Neither is what they say of a pair that is no pair of
-// atoms. What is not equal and not less counts as greater.
+// What the four operators say of a pair. What is neither equal nor less counts as greater; Neither
+// is the answer for operands that are no atoms.
 enum class Relation { Less, Equal, Greater, Neither };
 
 class OrderOfAtoms : public HostTest {
