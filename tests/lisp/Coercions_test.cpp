@@ -320,7 +320,7 @@ TEST_F(Coercions, LongNumbersInTextsTakeLinearTime) {
   EXPECT_EQ(IntOf(L"-" + nines), "5003:0");
   EXPECT_EQ(IntOf(zeros + L"7"), "5003:7");
   EXPECT_EQ(IntOf(blanks + L"7" + blanks), "5003:7");
-  EXPECT_EQ(IntOf(zeros + L"7.9" + nines), "5003:7");
+  EXPECT_EQ(IntOf(zeros + L"7.9" + zeros), "5003:7");
   EXPECT_EQ(IntOf(blanks), "5003:0");
 
   EXPECT_EQ(FloatOf(nines), kInfinity);
@@ -387,17 +387,11 @@ TEST_F(Coercions, APointOfTheLargestRealsIsWrittenWhole) {
       ListOf({kLargestReal, -kLargestReal, kLargestReal}).MakeString().GetAtom().resval.rstring;
   EXPECT_EQ(text.size(), 953U);  // 309 digits before and 6 behind each point
   EXPECT_EQ(text.substr(0, 18), L"(17976931348623157");
-  EXPECT_EQ(text.substr(947),
-            L"000000"
-            L")" +
-                std::wstring());
+  EXPECT_EQ(text.substr(946), L"000000)");
 }
 
 TEST_F(Coercions, EverythingElseIsTheEmptyText) {
-  for (const Value& value : OtherValues()) {
-    if (value.PointP()) continue;
-    EXPECT_EQ(Tree(value.MakeString()), "5005:") << Tree(value);
-  }
+  for (const Value& value : OtherValues()) EXPECT_EQ(Tree(value.MakeString()), "5005:") << Tree(value);
 }
 
 TEST_F(Coercions, TheGlobalLocaleMakesNoDifference) {
@@ -490,12 +484,20 @@ TEST_F(Coercions, WithATextAndNoNumberTheirLengthsCount) {
         Case{L"", L"a", "a", ""}, Case{L"abc", Value(), "abc", ""}, Case{Value(), L"abc", "abc", ""},
         Case{Value(), L"", "", ""}, Case{L"abc", ListOf({}), "abc", ""},
         Case{Atom(Name(31)), L"abc", "abc", ""}, Case{L"abc", point, "(1.000000 2.000000 3.000000)", "abc"},
-        Case{point, L"abc", "(1.000000 2.000000 3.000000)", "abc"}, Case{NullText(), L"a", "a", "<null>"},
-        Case{L"a", NullText(), "a", "<null>"}}) {
+        Case{point, L"abc", "(1.000000 2.000000 3.000000)", "abc"}}) {
     SCOPED_TRACE(Tree(each.a) + " and " + Tree(each.b));
     EXPECT_EQ(Tree(each.a.MakeMaximum(each.b)), std::string("5005:") + each.longer);
     EXPECT_EQ(Tree(each.a.MakeMinimum(each.b)), std::string("5005:") + each.shorter);
   }
+}
+
+TEST_F(Coercions, ANullTextCountsAsEmptyAgainstATextAndAsZeroAgainstANumber) {
+  EXPECT_EQ(Tree(NullText().MakeMaximum(L"a")), "5005:a");
+  EXPECT_EQ(Tree(Value(L"a").MakeMaximum(NullText())), "5005:a");
+  EXPECT_EQ(Text(NullText().MakeMinimum(L"a")), "\"\"");
+  EXPECT_EQ(Text(Value(L"a").MakeMinimum(NullText())), "\"\"");
+  EXPECT_EQ(Tree(NullText().MakeMaximum(-3)), "5003:0");
+  ExpectReal(Value(-2.5).MakeMaximum(NullText()), 0.0);
 }
 
 TEST_F(Coercions, WithoutANumberOrATextTheFirstIsShared) {
