@@ -5,7 +5,7 @@ namespace lomlisp::test {
 namespace {
 
 constexpr size_t kMany = kLarge;
-constexpr size_t kSome = kLarge / 10;
+constexpr size_t kSome = kLarge / 20;
 
 CLOMAdsLispVar Group(short code, const CLOMAdsLispVar& value) { return Dotted({code, value}); }
 

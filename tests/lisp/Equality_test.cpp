@@ -426,9 +426,9 @@ TEST_F(Equality, DeepValuesNeedNoStack) {
     EXPECT_FALSE(deep.Eq(same));
     EXPECT_FALSE(deep == Nested(kLarge, 2));
     EXPECT_FALSE(deep == CLOMAdsLisp::List(same));
-    const Value chain = DottedChain(kLarge, 2);
-    EXPECT_TRUE(chain == DottedChain(kLarge, 2));
-    EXPECT_FALSE(chain == DottedChain(kLarge, 3));
+    const Value chain = DottedChain(kLarge / 5, 2);
+    EXPECT_TRUE(chain == DottedChain(kLarge / 5, 2));
+    EXPECT_FALSE(chain == DottedChain(kLarge / 5, 3));
   });
 }
 
