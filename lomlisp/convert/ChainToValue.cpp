@@ -7,8 +7,10 @@
 //
 // With exactly two members in front of it, an RTDOTE closes the list itself.
 
+#include <lomlisp/convert/DxfGroup.h>
 #include <lomlisp/convert/messages.h>
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/resbuf/DxfTexts.h>
 #include <lomlisp/resbuf/Text.h>
 
@@ -21,8 +23,6 @@ namespace {
 
 using Element = CLOMAdsLispVar::Element;
 
-Element NewNode() { return std::make_shared<CLOMLispElement>(); }
-
 template <class Value>
 Element NewAtom(const Value& value) {
   Element element = NewNode();
@@ -30,20 +30,7 @@ Element NewAtom(const Value& value) {
   return element;
 }
 
-Element& AppendNode(CLOMLispElement& list) {
-  list.children.push_back(NewNode());
-  return list.children.back();
-}
-
 bool Closes(const resbuf& record) { return record.restype == RTLE || record.restype == RTDOTE; }
-
-// The same value under another type. Not a ResBuf, which would free the platform's text.
-resbuf Retyped(const resbuf& record, short type) {
-  resbuf copy = record;
-  copy.restype = type;
-  copy.rbnext = nullptr;
-  return copy;
-}
 
 // Reads the elements of a list and of all lists within it, with the lists that are open on a stack
 // of its own.

@@ -12,4 +12,12 @@ inline ResBuf* NewDxfGroup(const ResBuf& value, short code) {
   return record;
 }
 
+// The same value under another type. Not a ResBuf, which would free the platform's text.
+inline resbuf Retyped(const resbuf& record, short type) {
+  resbuf copy = record;
+  copy.restype = type;
+  copy.rbnext = nullptr;
+  return copy;
+}
+
 }  // namespace lomlisp

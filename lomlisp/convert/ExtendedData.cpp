@@ -4,6 +4,7 @@
 #include <lomlisp/convert/DxfGroup.h>
 #include <lomlisp/convert/messages.h>
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/TreeWalk.h>
 #include <lomlisp/resbuf/ADSList.h>
 
@@ -81,10 +82,7 @@ bool IsBrace(const resbuf& record, const wchar_t* brace) {
 
 // Reads the group at `cur` into a fresh node.
 void ReadGroup(const resbuf*& cur, CLOMAdsLispVar::Element& node) {
-  // Not a ResBuf, which would free the platform's text.
-  resbuf value = *cur;
-  value.restype = DxfType(cur->restype);
-  value.rbnext = nullptr;
+  const resbuf value = Retyped(*cur, DxfType(cur->restype));
   CLOMAdsLispVar::ADS_Atom(&value, node);
   cur = cur->rbnext;
 }
@@ -116,9 +114,7 @@ bool CLOMAdsLispVar::XDataToLisp(const resbuf*& cur, Element& node) {
     for (; !open.empty() && cur != nullptr && IsBrace(*cur, L"}"); cur = cur->rbnext) open.pop();
     if (open.empty()) return true;
     if (cur == nullptr) return false;
-    ChildSeq& members = open.top()->children;
-    members.push_back(std::make_shared<CLOMLispElement>());
-    item = &members.back();
+    item = &AppendNode(*open.top());
   }
 }
 
@@ -126,7 +122,7 @@ bool CLOMAdsLispVar::XDataToLisp(const resbuf* chain) {
   // The chain may be the value's own record, so the old tree goes last.
   const Element old = std::exchange(m_element, nullptr);
   if (chain == nullptr) return true;
-  Element root = std::make_shared<CLOMLispElement>();
+  Element root = NewNode();
   const resbuf* cur = chain;
   if (!XDataToLisp(cur, root)) return false;
   if (cur != nullptr) {

@@ -9,7 +9,6 @@
 #include <cmath>
 #include <cwchar>
 #include <string>
-#include <string_view>
 
 using namespace lomlisp;
 

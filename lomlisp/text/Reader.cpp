@@ -8,6 +8,7 @@
 // symbols, quotes, comments or escapes.
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/TreeWalk.h>
 #include <lomlisp/resbuf/Characters.h>
 #include <lomlisp/resbuf/NumberText.h>
@@ -96,11 +97,6 @@ void SetTokenValue(Token& token, const wchar_t* begin, const wchar_t* end) {
     default:
       break;
   }
-}
-
-Element& AppendNode(CLOMLispElement& list) {
-  list.children.push_back(std::make_shared<CLOMLispElement>());
-  return list.children.back();
 }
 
 // Reads the elements of a list and of all lists within it, with the lists that are open on a stack
@@ -206,7 +202,7 @@ bool CLOMAdsLispVar::String_Atom(Token& token, Element& node) {
 
 bool CLOMAdsLispVar::Read(const wchar_t* text) {
   s_pszNextChar = TextOrEmpty(text);
-  Element root = std::make_shared<CLOMLispElement>();
+  Element root = NewNode();
   Token token;
   getToken(token);
   const bool good = String_Liste(token, root) && token.kind == Token::End;

@@ -1,0 +1,18 @@
+// Fresh nodes for whoever builds a tree.
+#pragma once
+
+#include <lomlisp/lisp/CLOMLispElement.h>
+
+#include <memory>
+
+namespace lomlisp {
+
+inline std::shared_ptr<CLOMLispElement> NewNode() { return std::make_shared<CLOMLispElement>(); }
+
+// Gives the pointer within the list, which is good until the list grows.
+inline std::shared_ptr<CLOMLispElement>& AppendNode(CLOMLispElement& list) {
+  list.children.push_back(NewNode());
+  return list.children.back();
+}
+
+}  // namespace lomlisp
