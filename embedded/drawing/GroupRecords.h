@@ -1,0 +1,19 @@
+// Groups as the records of a chain, and back.
+#pragma once
+
+#include <embedded/Chain.h>
+#include <embedded/drawing/Drawing.h>
+
+#include <optional>
+#include <string>
+
+namespace lomlisp::embedded {
+
+// Appends the group's record; nothing for a code that no record can have.
+void AppendRecord(Chain& chain, const Group& group, const Drawing& drawing);
+
+// The group that a record is; the drawing gives names their handles. Says why not, for a record
+// that is no group and for a name of another drawing.
+std::optional<Group> ReadRecord(const Record& record, const Drawing& drawing, std::string& objection);
+
+}  // namespace lomlisp::embedded
