@@ -20,4 +20,11 @@ inline constexpr const wchar_t* SetVarAtomRefusedEnd = L" ) !\n";
 
 inline constexpr const wchar_t* SetVarNoAtom = L"CLOMAdsLispVar::SetVar : Wert ist kein Atom !\n";
 
+inline constexpr const wchar_t* EntDelNoName = L"CLOMAdsLisp::EntDel : Parameter ist kein Entity-Name!\n";
+inline constexpr const wchar_t* EntGetNoName = L"CLOMAdsLisp::EntGet : Parameter ist kein Entity-Name!\n";
+inline constexpr const wchar_t* EntLastFailed = L"CLOMAdsLisp::EntLast : ads_entlast meldet Fehler !\n";
+inline constexpr const wchar_t* EntNextNoName = L"CLOMAdsLisp::EntNext : Parameter ist kein Entity-Name!\n";
+inline constexpr const wchar_t* EntSelNoPrompt = L"CLOMAdsLisp::EntSel : Parameter ist kein String !\n";
+inline constexpr const wchar_t* EntUpdNoName = L"CLOMAdsLisp::EntUpd : Parameter ist kein Entity-Name!\n";
+
 }  // namespace lomlisp::messages

@@ -239,4 +239,38 @@ class CLOMAdsLisp {
   static CLOMAdsLispVar PutSym(const CLOMAdsLispVar& name, const CLOMAdsLispVar& value);  // gives `value`
   static CLOMAdsLispVar GetVar(const CLOMAdsLispVar& name);
   static CLOMAdsLispVar SetVar(const CLOMAdsLispVar& name, const CLOMAdsLispVar& value);  // gives `value`
+
+  // --- Entities: nil when the host refuses, without a message but from EntLast ---
+  //
+  // `name` is an entity name; for anything else they give nil, with "CLOMAdsLisp::EntDel : ..." and so
+  // on, and do not ask the host. A value that is given back is shared.
+
+  // Erases the entity, or restores it. Gives `name`.
+  static CLOMAdsLispVar EntDel(const CLOMAdsLispVar& name);
+  // The entity's list of DXF groups, flat: ((-1 . name) (0 . "LINE") ... -3 ("APP") (1000 . "x")). The
+  // extended data only of the applications in the list of their names, ("APP" ...), nil for none. Linear
+  // in the entity.
+  static CLOMAdsLispVar EntGet(const CLOMAdsLispVar& name, const CLOMAdsLispVar& applications);
+  static CLOMAdsLispVar EntGet(const CLOMAdsLispVar& name);
+  // The name of the last entity. "CLOMAdsLisp::EntLast : ..." when there is none.
+  static CLOMAdsLispVar EntLast();
+  // Make or change an entity from its list of DXF groups, and give the list. What is no list of DXF
+  // groups is handed to the host with brackets, which no host takes. Linear in the list.
+  static CLOMAdsLispVar EntMake(const CLOMAdsLispVar& groups);
+  static CLOMAdsLispVar EntMod(const CLOMAdsLispVar& groups);
+  // The name of the entity behind `name`; nil at the end of the drawing.
+  static CLOMAdsLispVar EntNext(const CLOMAdsLispVar& name);
+  // Lets the user pick: a list of the entity's name and the point. nil prompts with the host's own
+  // prompt; other prompts that are no texts give nil, with "CLOMAdsLisp::EntSel : ...". Waits for the
+  // user.
+  static CLOMAdsLispVar EntSel(const CLOMAdsLispVar& prompt);
+  // Shows a changed entity anew. Gives `name`.
+  static CLOMAdsLispVar EntUpd(const CLOMAdsLispVar& name);
+
+  // A selection set (an RTPICKS atom), nil when nothing is selected. The values are taken in this
+  // order, each where it is one: a text is the mode, one or two points (or else a list that begins with a
+  // point) say where, anything but nil is the filter, a list of DXF groups. nil holds no place but the
+  // filter's. Waits for the user where the mode does.
+  static CLOMAdsLispVar SSGet(const CLOMAdsLispVar& mode, const CLOMAdsLispVar& first,
+                              const CLOMAdsLispVar& second, const CLOMAdsLispVar& third);
 };
