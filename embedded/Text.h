@@ -7,13 +7,14 @@
 namespace lomlisp::embedded {
 
 // Upper case, by the same rule on every system: A to Z and the letters of Latin-1.
+constexpr char32_t Folded(char32_t letter) {
+  const bool isLower =
+      (letter >= U'a' && letter <= U'z') || (letter >= 0xE0 && letter <= 0xFE && letter != 0xF7);
+  return isLower ? letter - (U'a' - U'A') : letter;
+}
 inline std::wstring Folded(std::wstring_view name) {
   std::wstring folded(name);
-  for (wchar_t& letter : folded) {
-    const bool isLower = (letter >= L'a' && letter <= L'z') ||
-                         (letter >= L'\u00E0' && letter <= L'\u00FE' && letter != L'\u00F7');
-    if (isLower) letter = static_cast<wchar_t>(letter - (L'a' - L'A'));
-  }
+  for (wchar_t& letter : folded) letter = static_cast<wchar_t>(Folded(static_cast<char32_t>(letter)));
   return folded;
 }
 
