@@ -2,13 +2,17 @@
 
 #include <embedded/Text.h>
 #include <embedded/drawing/GroupRecords.h>
+#include <embedded/selection/Wildcard.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <variant>
+#include <vector>
 
 namespace lomlisp::embedded {
 
@@ -68,12 +72,48 @@ std::optional<Connective> ConnectiveNamed(std::wstring_view name) {
 
 std::string Quoted(Connective connective) { return kConnectives[static_cast<size_t>(connective)].quoted; }
 
+// --- What a filter is made of ---
+
+enum class Relation { Any, Equal, Unequal, Less, LessOrEqual, Greater, GreaterOrEqual, CommonBit, AllBits };
+
+// For x, y and z; the first alone for whatever is no point.
+struct Relations {
+  std::array<Relation, 3> axes;
+  bool isContrary = false;
+};
+
+using Applications = std::vector<Wildcard>;
+using Wanted = std::variant<long long, double, Point, Wildcard, Reference, Applications>;
+
+struct Test {
+  int code = 0;
+  Relations relations;
+  Wanted wanted;
+  bool holdsWithout = false;  // what it says of an entity that leaves the group out at its default
+};
+
+enum class Operation { Test, JumpIfFalse, JumpIfTrue, Negate, Save, XorSaved };
+
+struct Step {
+  Operation operation;
+  size_t argument = 0;  // which test, step or place among the saved truths
+};
+
 }  // namespace
+
+// Computes one truth, which is true at first. Jumps go forward.
+struct Filter::Program {
+  std::vector<Test> tests;
+  std::vector<Step> steps;
+  size_t savedTruths = 0;
+};
+
+namespace {
 
 // --- What a group of an entity says to a test ---
 
 // Values of another kind than the wanted one never match.
-struct Filter::Comparison {
+struct Comparison {
   const Relations& relations;
 
   template <typename Wanted, typename Given>
@@ -135,11 +175,9 @@ struct Filter::Comparison {
   }
 };
 
-bool Filter::HoldsFor(const Test& test, const Value& value) {
+bool HoldsFor(const Test& test, const Value& value) {
   return std::visit(Comparison{test.relations}, test.wanted, value);
 }
-
-namespace {
 
 bool HasAll(const Object& entity, const std::vector<Wildcard>& applications) {
   return std::all_of(applications.begin(), applications.end(), [&](const Wildcard& pattern) {
@@ -148,9 +186,7 @@ bool HasAll(const Object& entity, const std::vector<Wildcard>& applications) {
   });
 }
 
-}  // namespace
-
-bool Filter::Holds(const Test& test, const Object& entity) {
+bool Holds(const Test& test, const Object& entity) {
   if (const auto* applications = std::get_if<Applications>(&test.wanted))
     return HasAll(entity, *applications);
   if (test.code == kEntityNameCode) return HoldsFor(test, Reference{entity.handle});
@@ -164,14 +200,17 @@ bool Filter::Holds(const Test& test, const Object& entity) {
   return test.code != kLayoutCode || IntegerOf(entity.groups, kSpaceCode) == 0;
 }
 
+}  // namespace
+
 bool Filter::Matches(const Object& entity) const {
-  std::vector<bool> saved(m_savedTruths);
+  const auto& [tests, steps, savedTruths] = *m_program;
+  std::vector<bool> saved(savedTruths);
   bool truth = true;
-  for (size_t next = 0; next < m_steps.size();) {
-    const auto [operation, argument] = m_steps[next++];
+  for (size_t next = 0; next < steps.size();) {
+    const auto [operation, argument] = steps[next++];
     switch (operation) {
       case Operation::Test:
-        truth = Holds(m_tests[argument], entity);
+        truth = Holds(tests[argument], entity);
         break;
       case Operation::JumpIfFalse:
         if (!truth) next = argument;
@@ -200,13 +239,13 @@ class Filter::Compiler {
   Compiler(const Chain& chain, const Drawing& drawing, std::string& objection)
       : m_chain(chain), m_drawing(drawing), m_objection(objection) {}
 
-  std::optional<Filter> Run() {
+  std::optional<Program> Run() {
     m_open.push_back({Connective::And, 0});
     for (; m_record < m_chain.size(); ++m_record)
       if (!TakeRecord()) return std::nullopt;
     if (!HasNoRelation() || !HasNoneOpen()) return std::nullopt;
     EndJumps(m_open.front());
-    return std::move(m_filter);
+    return std::move(m_program);
   }
 
  private:
@@ -284,7 +323,7 @@ class Filter::Compiler {
   }
 
   void EndJumps(const Open& open) {
-    for (const size_t jump : open.jumps) m_filter.m_steps[jump].argument = m_filter.m_steps.size();
+    for (const size_t jump : open.jumps) m_program.steps[jump].argument = m_program.steps.size();
   }
 
   // What follows the steps of a test or of a closed operator.
@@ -308,18 +347,18 @@ class Filter::Compiler {
   }
 
   bool AddJump(Open& open, Operation operation) {
-    open.jumps.push_back(m_filter.m_steps.size());
+    open.jumps.push_back(m_program.steps.size());
     return AddStep(operation);
   }
 
   bool AddStep(Operation operation, size_t argument = 0) {
-    m_filter.m_steps.push_back({operation, argument});
+    m_program.steps.push_back({operation, argument});
     return true;
   }
 
   size_t SaveTruth() {
     const size_t place = m_savedNow++;
-    m_filter.m_savedTruths = std::max(m_filter.m_savedTruths, m_savedNow);
+    m_program.savedTruths = std::max(m_program.savedTruths, m_savedNow);
     return place;
   }
 
@@ -418,15 +457,15 @@ class Filter::Compiler {
   }
 
   bool AddTest(Test test) {
-    AddStep(Operation::Test, m_filter.m_tests.size());
-    m_filter.m_tests.push_back(std::move(test));
+    AddStep(Operation::Test, m_program.tests.size());
+    m_program.tests.push_back(std::move(test));
     return EndOperand();
   }
 
   const Chain& m_chain;
   const Drawing& m_drawing;
   std::string& m_objection;
-  Filter m_filter;
+  Program m_program;
   size_t m_record = 0;
   std::vector<Open> m_open;  // the innermost last; first the whole filter, an AND
   std::optional<Waiting> m_waiting;
@@ -434,7 +473,9 @@ class Filter::Compiler {
 };
 
 std::optional<Filter> Filter::Compile(const Chain& chain, const Drawing& drawing, std::string& objection) {
-  return Compiler(chain, drawing, objection).Run();
+  auto program = Compiler(chain, drawing, objection).Run();
+  if (!program) return std::nullopt;
+  return Filter(std::make_shared<const Program>(*std::move(program)));
 }
 
 }  // namespace lomlisp::embedded

@@ -23,14 +23,11 @@
 
 #include <embedded/Chain.h>
 #include <embedded/drawing/Drawing.h>
-#include <embedded/selection/Wildcard.h>
 
-#include <array>
-#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
-#include <variant>
-#include <vector>
+#include <utility>
 
 namespace lomlisp::embedded {
 
@@ -45,36 +42,11 @@ class Filter {
   bool Matches(const Object& entity) const;
 
  private:
-  enum class Relation { Any, Equal, Unequal, Less, LessOrEqual, Greater, GreaterOrEqual, CommonBit, AllBits };
-  // For x, y and z; `first` alone for whatever is no point.
-  struct Relations {
-    std::array<Relation, 3> axes;
-    bool isContrary = false;
-  };
-  using Applications = std::vector<Wildcard>;
-  using Wanted = std::variant<long long, double, Point, Wildcard, Reference, Applications>;
-  struct Test {
-    int code = 0;
-    Relations relations;
-    Wanted wanted;
-    bool holdsWithout = false;  // what it says of an entity that leaves the group out at its default
-  };
-  struct Comparison;
-
-  // A program that computes one truth, which is true at first. Jumps go forward.
-  enum class Operation { Test, JumpIfFalse, JumpIfTrue, Negate, Save, XorSaved };
-  struct Step {
-    Operation operation;
-    size_t argument = 0;  // which test, step or place among the saved truths
-  };
+  struct Program;
   class Compiler;
+  explicit Filter(std::shared_ptr<const Program> program) : m_program(std::move(program)) {}
 
-  static bool Holds(const Test& test, const Object& entity);
-  static bool HoldsFor(const Test& test, const Value& value);
-
-  std::vector<Test> m_tests;
-  std::vector<Step> m_steps;
-  size_t m_savedTruths = 0;
+  std::shared_ptr<const Program> m_program;
 };
 
 }  // namespace lomlisp::embedded

@@ -397,9 +397,9 @@ TEST_F(FilterTest, NestedConnectivesGiveTheTruthOfTheExpression) {
 TEST_F(FilterTest, NestingMayBeDeep) {
   for (const auto& [open, close, isExpected] :
        {std::tuple(L"<NOT", L"NOT>", true), {L"<AND", L"AND>", true}, {L"<OR", L"OR>", true}}) {
-    Groups filter(static_cast<size_t>(kLarge / 5 * 2), Operator(open));
+    Groups filter(static_cast<size_t>(kLarge / 5), Operator(open));
     filter.push_back(kYes);
-    filter.insert(filter.end(), static_cast<size_t>(kLarge / 5 * 2), Operator(close));
+    filter.insert(filter.end(), static_cast<size_t>(kLarge / 5), Operator(close));
     EXPECT_EQ(IsTrue(filter), isExpected) << Utf8(open);
   }
   Groups filter;
