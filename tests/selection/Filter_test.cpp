@@ -402,14 +402,19 @@ TEST_F(FilterTest, NestingMayBeDeep) {
     filter.insert(filter.end(), static_cast<size_t>(kLarge / 5), Operator(close));
     EXPECT_EQ(IsTrue(filter), isExpected) << Utf8(open);
   }
+  const int count = kLarge / 10 + 1;
+  const bool isOdd = count % 2 == 1;
   Groups filter;
-  for (int depth = 0; depth < kLarge / 10; ++depth) {
+  for (int depth = 0; depth < count; ++depth) {
     filter.push_back(Operator(L"<XOR"));
     filter.push_back(kYes);
   }
   filter.push_back(kNo);
-  filter.insert(filter.end(), static_cast<size_t>(kLarge / 10), Operator(L"XOR>"));
-  EXPECT_EQ(IsTrue(filter), kLarge / 10 % 2 == 1);
+  filter.insert(filter.end(), static_cast<size_t>(count), Operator(L"XOR>"));
+  EXPECT_EQ(IsTrue(filter), isOdd);
+  // A flat one behind the deep one.
+  for (const Group& group : {Operator(L"<XOR"), kYes, kNo, Operator(L"XOR>")}) filter.push_back(group);
+  EXPECT_EQ(IsTrue(filter), isOdd);
 }
 
 // --- Extended data ---

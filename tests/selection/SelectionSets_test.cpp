@@ -112,6 +112,16 @@ TEST(SelectionSetMembers, CanBeDeletedFromAnyPlaceOfALargeSet) {
   EXPECT_EQ(half.At(static_cast<size_t>(count / 2 - 1)), &e[count - 1]);
 }
 
+TEST(SelectionSetMembers, CostNothingAfterTheyWereDeleted) {
+  Entities e(2);
+  SelectionSet set({&e[0]});
+  for (int round = 0; round < kLarge; ++round) {
+    set.Add(e[1]);
+    set.Delete(e[1]);
+    ASSERT_EQ(set.Members().size(), 1u);
+  }
+}
+
 TEST(SelectionSetNumbers, AreNeverZeroAndNeverGivenAgain) {
   Entities e(1);
   SelectionSets sets;

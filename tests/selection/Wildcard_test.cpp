@@ -117,6 +117,21 @@ TEST(WildcardMatch, ABackQuoteAtTheEndAndAnOpenBracketStandForThemselves) {
                  {L"[a]b[c", {L"ab[c"}, {L"[a]b[c"}}});
 }
 
+TEST(WildcardMatch, TwoSurrogatesAreOneCharacter) {
+  const std::wstring pair{static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+  const std::wstring low = pair.substr(1);
+  EXPECT_TRUE(MatchesWildcard(pair, L"?"));
+  EXPECT_FALSE(MatchesWildcard(pair, L"??"));
+  EXPECT_TRUE(MatchesWildcard(pair, L"[~a]"));
+  EXPECT_TRUE(MatchesWildcard(pair, L"[" + pair + L"]"));
+  EXPECT_TRUE(MatchesWildcard(L"x" + pair + L"y", L"*" + pair + L"*"));
+  EXPECT_FALSE(MatchesWildcard(pair, L"*[" + low + L"]"));
+  // Single ones are characters of their own, whatever stands behind the end of the text.
+  EXPECT_TRUE(MatchesWildcard(std::wstring_view(pair).substr(0, 1), L"?"));
+  EXPECT_TRUE(MatchesWildcard(pair.substr(0, 1) + L"x", L"?x"));
+  EXPECT_TRUE(MatchesWildcard(low, L"?"));
+}
+
 TEST(WildcardMatch, LongPatternsAndTextsTakeNoExponentialTime) {
   std::wstring runs;
   for (int count = 0; count < 200; ++count) runs += L"*a";
