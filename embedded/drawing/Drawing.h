@@ -64,6 +64,7 @@ struct BlockDefinition {
 struct Table {
   Object* head = nullptr;  // TABLE; in old files without a handle of its own
   std::vector<Object*> entries;
+  Object* end = nullptr;  // ENDTAB, in the rare file where it has groups; otherwise null
   std::wstring_view Name() const { return TextOf(head->groups, kNameCode); }
 };
 
