@@ -35,7 +35,8 @@ std::string PathText(const std::filesystem::path& path) {
 
 SafeFile::SafeFile(const std::filesystem::path& target) : m_target(target) {
   std::error_code error;
-  if (std::filesystem::is_directory(target, error)) throw Fault("cannot be written: it is a folder");
+  if (!target.has_filename() || std::filesystem::is_directory(target, error))
+    throw Fault("cannot be written: it is a folder or no name at all");
   if (std::filesystem::is_symlink(target, error)) {
     m_target = std::filesystem::weakly_canonical(target, error);
     if (error) throw Failure("cannot be written", error);

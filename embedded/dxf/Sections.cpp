@@ -119,7 +119,7 @@ class SectionReader {
   Fault FaultHere(std::string message) const { return Fault(std::move(message), m_tag.place); }
 
   void Begin() {
-    Next();
+    if (!m_source.Next(m_tag)) throw FaultHere("this is no DXF file: there is nothing in it");
     if (!Is(kSectionBegin) && !Is(kFileEnd)) throw FaultHere("this is no DXF file: no section begins here");
   }
 

@@ -137,7 +137,8 @@ void AppendUtf8(char32_t character, std::string& bytes) {
 // --- Characters of two bytes ---
 
 bool IsLead(unsigned char byte) { return byte >= 0x81 && byte <= 0xFE; }
-bool IsAsciiTrail(char32_t code) { return code >= 0x40 && code <= 0x7E; }
+// Whatever ASCII is behind a lead passes through with it; what no file can hold is left to the escapes.
+bool IsAsciiTrail(char32_t code) { return code != 0 && code < 0x80 && code != '\n' && code != '\r'; }
 
 // --- What needs no thought ---
 
