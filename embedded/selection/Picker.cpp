@@ -120,23 +120,23 @@ std::vector<Object*> Picker::Select(const Region& region, bool isCrossing) {
   return found;
 }
 
-// Those whose boxes overlap the region's.
+// Those whose boxes the region may meet.
 Picker::Items Picker::Candidates(const Region& region) {
   Update();
   Items candidates;
-  m_examined = m_index.Search(region.Bounds(), [&](const SpatialIndex::Item& item) {
+  const auto mayMeet = [&](const Box& box) { return region.MayMeet(box); };
+  m_examined = m_recent.size() + m_index.SearchIf(mayMeet, [&](const SpatialIndex::Item& item) {
     if (!m_recent.contains(item.number)) candidates.push_back(item);
     return true;
   });
-  m_examined += m_recent.size();
   for (const auto& [position, box] : m_recent)
-    if (box.Overlaps(region.Bounds())) candidates.push_back({box, position});
+    if (mayMeet(box)) candidates.push_back({box, position});
   return candidates;
 }
 
 // Where the boxes leave it open, the entity itself is looked at, up to the first part that decides.
 bool Picker::Selects(const Region& region, bool isCrossing, const SpatialIndex::Item& item) const {
-  if (region.Contains(item.box)) return true;
+  if (region.MustContain(item.box)) return true;
   if (!isCrossing && (region.IsWindow() || !region.Bounds().Contains(item.box))) return false;
   bool isSelected = !isCrossing;
   VisitShapes(m_drawing, *m_drawing.Entities().members[item.number], Copies::All, [&](const Shape& shape) {

@@ -151,6 +151,13 @@ bool IsRightOf(const Segment& edge, Position position) {
   return SideOf(edge.first, edge.last, position) == (isUpwards ? 1 : -1);
 }
 
+bool IsIn(const Segment& segment, const Box& box) {
+  const auto side = [&](double x, double y) { return SideOf(segment.first, segment.last, {x, y}); };
+  const int first = side(box.low.x, box.low.y);
+  return first == 0 || side(box.high.x, box.low.y) != first || side(box.high.x, box.high.y) != first ||
+         side(box.low.x, box.high.y) != first;
+}
+
 void AddMeetings(const Segment& segment, const Segment& edge, std::vector<double>& parameters) {
   const int first = SideOf(edge.first, edge.last, segment.first);
   const int last = SideOf(edge.first, edge.last, segment.last);

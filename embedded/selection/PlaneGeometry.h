@@ -52,7 +52,7 @@ struct Segment {
   Position first;
   Position last;
 
-  double Length() const { return 1.0; }  // of its parameter
+  double LastParameter() const { return 1.0; }
   Position At(double parameter) const { return first + (last - first) * parameter; }
   Box Bounds() const;
   bool Has(Position position) const;
@@ -69,7 +69,7 @@ struct Arc {
   Position first;  // the ends, known more exactly than they can be calculated
   Position last;
 
-  double Length() const { return sweep; }  // of its parameter
+  double LastParameter() const { return sweep; }
   Position At(double parameter) const;
   Box Bounds() const;
   bool IsUsable() const;
@@ -84,6 +84,9 @@ int SideOf(Position a, Position b, Position position);
 // Whether a ray from the position to the right goes through the segment. Of the edges of a closed line, an
 // odd number is met from within.
 bool IsRightOf(const Segment& edge, Position position);
+
+// Whether a segment has a part in a box that its own box overlaps.
+bool IsIn(const Segment& segment, const Box& box);
 
 // Adds the parameters of the curve where it meets the edge; where the two run together, those of
 // the ends of the common part.

@@ -104,15 +104,6 @@ bool Region::Contains(const Shape& shape) const {
          std::all_of(shape.Arcs().begin(), shape.Arcs().end(), contains);
 }
 
-bool Region::Contains(const Box& box) const {
-  if (m_kind == Kind::Fence || !m_bounds.Contains(box)) return false;
-  if (m_kind == Kind::Window) return true;
-  const Position corners[] = {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
-  for (size_t index = 0; index < 4; ++index)
-    if (!ContainsCurve(Segment{corners[index], corners[(index + 1) % 4]})) return false;
-  return true;
-}
-
 bool Region::Meets(const Shape& shape) const {
   const auto meets = [&](const auto& curve) { return MeetsCurve(curve); };
   // An area that no side of leads into the region holds it whole or not at all.
@@ -120,6 +111,24 @@ bool Region::Meets(const Shape& shape) const {
   return std::any_of(shape.Segments().begin(), shape.Segments().end(), meets) ||
          std::any_of(shape.Arcs().begin(), shape.Arcs().end(), meets) ||
          std::any_of(shape.Areas().begin(), shape.Areas().end(), holds);
+}
+
+bool Region::MayMeet(const Box& box) const {
+  return m_bounds.Overlaps(box) && (m_kind == Kind::Window || Has(box.low) || HasEdgeIn(box));
+}
+
+bool Region::MustContain(const Box& box) const {
+  if (m_kind == Kind::Fence || !m_bounds.Contains(box)) return false;
+  return m_kind == Kind::Window || (Has(box.low) && !HasEdgeIn(box));
+}
+
+bool Region::HasEdgeIn(const Box& box) const {
+  bool isIn = false;
+  m_index.Search(box, [&](const SpatialIndex::Item& item) {
+    isIn = IsIn(m_edges[item.number], box);
+    return !isIn;
+  });
+  return isIn;
 }
 
 // On the border, or within: then a ray to the right goes through an odd number of edges.
@@ -153,7 +162,7 @@ template <typename Curve>
 bool Region::ContainsCurve(const Curve& curve) const {
   const Box box = curve.Bounds();
   if (!m_bounds.Contains(box) || !Has(curve.first) || !Has(curve.last)) return false;
-  std::vector<double> parameters{0, curve.Length()};
+  std::vector<double> parameters{0, curve.LastParameter()};
   m_index.Search(box, [&](const SpatialIndex::Item& item) {
     AddMeetings(curve, m_edges[item.number], parameters);
     return true;

@@ -23,10 +23,13 @@ class Region {
   const Box& Bounds() const { return m_bounds; }
   // Whether all of the shape is inside; nothing is inside a fence. A border belongs to it.
   bool Contains(const Shape& shape) const;
-  bool Contains(const Box& box) const;
   // Whether a part of the shape is inside or touches the border.
   bool Meets(const Shape& shape) const;
-  // Whether the box alone tells what it contains.
+  // False only when nothing in the box can meet the region.
+  bool MayMeet(const Box& box) const;
+  // True only when everything in the box is inside; for a window also whenever it is.
+  bool MustContain(const Box& box) const;
+  // Then MustContain tells what it contains.
   bool IsWindow() const { return m_kind == Kind::Window; }
 
  private:
@@ -34,6 +37,7 @@ class Region {
   Region(std::vector<Position> corners, Kind kind);
 
   bool Has(Position position) const;
+  bool HasEdgeIn(const Box& box) const;
   bool IsCrossingItself() const;
   template <typename Curve>
   bool MeetsCurve(const Curve& curve) const;

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <numbers>
 #include <string_view>
+#include <utility>
 
 namespace lomlisp::embedded {
 

@@ -21,10 +21,16 @@ class SpatialIndex {
   SpatialIndex() = default;
   explicit SpatialIndex(std::vector<Item> items);
 
-  // Calls `visit(item)` for each item whose box overlaps, in no order, until it gives false. Gives
-  // the number of boxes that were looked at.
+  // Calls `visit(item)` for each item whose box is one that `isWanted(box)`, in no order, until it gives
+  // false. What is wanted of a box must be wanted of every larger one. Gives the number of boxes that were
+  // looked at.
+  template <typename IsWanted, typename Visit>
+  size_t SearchIf(IsWanted isWanted, Visit visit) const;
+  // The same for the items whose boxes overlap that one.
   template <typename Visit>
-  size_t Search(const Box& box, Visit visit) const;
+  size_t Search(const Box& box, Visit visit) const {
+    return SearchIf([&](const Box& candidate) { return candidate.Overlaps(box); }, visit);
+  }
 
  private:
   static constexpr size_t kFan = 16;
@@ -35,8 +41,8 @@ class SpatialIndex {
   std::vector<std::vector<Box>> m_levels;  // of the nodes, the lowest ones first; the last has one node
 };
 
-template <typename Visit>
-size_t SpatialIndex::Search(const Box& box, Visit visit) const {
+template <typename IsWanted, typename Visit>
+size_t SpatialIndex::SearchIf(IsWanted isWanted, Visit visit) const {
   struct Node {
     size_t level;
     size_t number;
@@ -48,7 +54,7 @@ size_t SpatialIndex::Search(const Box& box, Visit visit) const {
     const Node node = open.back();
     open.pop_back();
     ++examined;
-    if (!m_levels[node.level][node.number].Overlaps(box)) continue;
+    if (!isWanted(m_levels[node.level][node.number])) continue;
     const size_t begin = node.number * kFan;
     const size_t count = node.level > 0 ? m_levels[node.level - 1].size() : m_items.size();
     for (size_t child = begin; child < std::min(begin + kFan, count); ++child) {
@@ -57,7 +63,7 @@ size_t SpatialIndex::Search(const Box& box, Visit visit) const {
         continue;
       }
       ++examined;
-      if (m_items[child].box.Overlaps(box) && !visit(m_items[child])) return examined;
+      if (isWanted(m_items[child].box) && !visit(m_items[child])) return examined;
     }
   }
   return examined;
