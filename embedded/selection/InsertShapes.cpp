@@ -96,6 +96,7 @@ class InsertWalk {
  private:
   // A block is not inserted into itself.
   void Open(const Object& insert, const Transform& toWorld) {
+    if (FindPoint(insert.groups, 10) == nullptr) return;
     const BlockDefinition* block = m_drawing.FindBlock(TextOf(insert.groups, kNameCode));
     if (block != nullptr && m_openBlocks.insert(block).second)
       m_placements.emplace_back(*block, insert, toWorld, m_copies);

@@ -173,8 +173,10 @@ Arc ArcOf(const Transform& toWorld, const Point& center, const Point& x, const P
     const Position direction = DirectionOf(angle);
     return toWorld.Plan(Sum(center, Sum(Scaled(x, direction.x), Scaled(y, direction.y))));
   };
-  return {toWorld.Plan(center), toWorld.PlanOfVector(x), toWorld.PlanOfVector(y), start, sweep, at(start),
-          at(start + sweep)};
+  // Of a start many turns away the sweep would be rounded off.
+  const double turned = std::fmod(start, 2 * std::numbers::pi);
+  return {toWorld.Plan(center), toWorld.PlanOfVector(x), toWorld.PlanOfVector(y), turned, sweep,
+          at(turned),           at(turned + sweep)};
 }
 
 }  // namespace lomlisp::embedded

@@ -20,6 +20,7 @@ void Check(Drawing& drawing, const std::vector<InsertCase>& cases) {
   for (const InsertCase& one : cases) {
     Groups geometry{{2, L"B"}};
     geometry.insert(geometry.end(), one.insert.begin(), one.insert.end());
+    geometry.push_back(At(10, 0, 0));  // where the case gives no other one
     Object& insert = Draw(drawing, L"INSERT", geometry);
     const auto& [x1, y1, x2, y2] = one.window;
     EXPECT_EQ(Relation(drawing, x1, y1, x2, y2), one.expected) << one.name;
@@ -50,9 +51,10 @@ TEST_F(InsertsTest, ContentIsPlacedTurnedScaledAndMirrored) {
                   {"scaled, then turned", {at, {41, 2.0}, {50, 90.0}}, {8, 10, 10, 18}, 'W'},
                   {"from below", {at, At(210, 0, 0, -1)}, {-14, 10, -10, 12}, 'W'},
                   {"from below, turned", {at, {50, 90.0}, At(210, 0, 0, -1)}, {-10, 10, -8, 14}, 'W'},
-                  {"scaled to nothing", {at, {41, 0.0}, {42, 0.0}}, {10, 10, 10, 10}, 'W'},
-                  {"unknown block", {{2, L"b"}, at}, {10, 10, 14, 12}, 'W'}});
+                  {"scaled to nothing", {at, {41, 0.0}, {42, 0.0}}, {10, 10, 10, 10}, 'W'}});
   Draw(drawing, L"INSERT", {{2, L"NONE"}, At(10, 0, 0)});
+  Draw(drawing, L"INSERT", {{2, L"B"}});
+  Draw(drawing, L"INSERT", {{2, L"B"}, {10, 1.0}});
   EXPECT_EQ(Relation(drawing, -9, -9, 99, 99), '-');
 }
 

@@ -208,7 +208,7 @@ TEST_F(PickerTest, TheIndexFindsWhatAScanFinds) {
   DrawIn(drawing, block, L"LINE", {At(10, 0, 0), At(11, 3, 0)});
   DrawIn(drawing, block, L"CIRCLE", {At(10, 3, 0), {40, 2.0}});
   Picker picker(drawing);
-  const unsigned rounds = Rounds(20);
+  const unsigned rounds = Rounds(12);
   for (unsigned round = 0; round < rounds; ++round) {
     for (int made = 0; made < 20; ++made) DrawAny(drawing, dice);
     for (int changed = 0; changed < 5; ++changed) {
