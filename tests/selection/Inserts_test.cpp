@@ -118,6 +118,18 @@ TEST_F(InsertsTest, BlocksThatContainThemselvesEnd) {
   EXPECT_EQ(Relation(drawing, 10, 0, 11, 0), 'C');
 }
 
+TEST_F(InsertsTest, BlocksAreInsertedAsOftenAsTheyStand) {
+  Drawing drawing;
+  DefineFlag(drawing);
+  BlockDefinition& outer = DefineBlock(drawing, L"OUTER");
+  DrawIn(drawing, outer, L"INSERT", {{2, L"B"}, At(10, 0, 0)});
+  DrawIn(drawing, outer, L"INSERT", {{2, L"B"}, At(10, 100, 0), {70, 2LL}, {44, 50.0}});
+  Draw(drawing, L"INSERT", {{2, L"OUTER"}, At(10, 0, 0), {71, 2LL}, {45, 20.0}});
+  for (const double x : {0, 100, 150})
+    for (const double y : {0, 20}) EXPECT_EQ(Relation(drawing, x, y, x + 4, y + 2), 'C') << x << ' ' << y;
+  EXPECT_EQ(Relation(drawing, 0, 0, 154, 22), 'W');
+}
+
 // Inserts block `name` n times in block `into`.
 void Nest(Drawing& drawing, BlockDefinition& into, const std::wstring& name, int times) {
   for (int i = 0; i < times; ++i) DrawIn(drawing, into, L"INSERT", {{2, name}, At(10, 1, 0)});

@@ -214,6 +214,21 @@ TEST_F(RegionsTest, FencesAndCurvesAndAreas) {
   EXPECT_FALSE(IsMetByFence(area, {{5, 1}, {6, 1}}));
 }
 
+TEST_F(RegionsTest, FencesThatGoOnFromTheEndOfAnArcTouchIt) {
+  for (int degrees = 5; degrees < 360; degrees += 7) {
+    const double angle = degrees * std::acos(-1.0) / 180;
+    const Point end{0.1 + 0.7 * std::cos(angle), 0.3 + 0.7 * std::sin(angle)};
+    const Point ahead{end.x - std::sin(angle), end.y + std::cos(angle)};
+    Drawing drawing;
+    Draw(drawing, L"ARC", {At(10, 0.1, 0.3), {40, 0.7}, {50, 0.0}, {51, static_cast<double>(degrees)}});
+    EXPECT_TRUE(IsMetByFence(drawing, {end, ahead})) << degrees;
+    Drawing mirrored;
+    Draw(mirrored, L"ARC", {At(10, 0.1, 0.3), {40, 0.7}, {50, static_cast<double>(degrees)}, {51, 0.0}});
+    const Point back{end.x + std::sin(angle), end.y - std::cos(angle)};
+    EXPECT_TRUE(IsMetByFence(mirrored, {end, back})) << degrees;
+  }
+}
+
 TEST_F(RegionsTest, FencesThatAreNone) {
   Drawing drawing;
   Object& line = DrawLine(drawing, 0, 0, 1, 1);
