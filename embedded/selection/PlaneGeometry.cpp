@@ -19,12 +19,16 @@ double Dot(Position a, Position b) { return a.x * b.x + a.y * b.y; }
 double Cross(Position a, Position b) { return a.x * b.y - a.y * b.x; }
 double Size(Position a) { return std::abs(a.x) + std::abs(a.y); }
 
+// The same and as much more as something calculated may be wrong by.
+Box Widened(const Box& box, double error) {
+  const double slack = error + kRounding * (Size(box.low) + Size(box.high));
+  const Position by{slack, slack};
+  return {box.low - by, box.high + by};
+}
+
 // Whether the position, which is on the segment's line, is between its ends.
 bool IsBetween(const Segment& segment, Position position, double error) {
-  const Box box = segment.Bounds();
-  const double slack = error + kRounding * (Size(segment.first) + Size(segment.last));
-  return box.low.x - slack <= position.x && position.x <= box.high.x + slack &&
-         box.low.y - slack <= position.y && position.y <= box.high.y + slack;
+  return Widened(segment.Bounds(), error).Contains(Box{position, position});
 }
 
 // The parameter of a position on the segment.
@@ -54,6 +58,8 @@ void AddMeetingAt(const Arc& arc, double angle, const Segment& edge, std::vector
 bool IsUsable(Position position) {
   return std::abs(position.x) <= kGreatest && std::abs(position.y) <= kGreatest;
 }
+
+Box Widened(const Box& box) { return Widened(box, 0); }
 
 Position DirectionOf(double angle) {
   constexpr double kZero = 1e-15;

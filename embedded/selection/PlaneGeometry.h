@@ -1,7 +1,6 @@
 // Points, boxes, segments and arcs in the plane, and where they meet.
 //
-// Touching is meeting, and what rounding cannot tell from touching counts as touching. Boxes are compared
-// exactly.
+// Touching is meeting, and what rounding cannot tell from touching counts as touching.
 #pragma once
 
 #include <algorithm>
@@ -22,6 +21,7 @@ struct Position {
 // Whether both are numbers small enough to be calculated with; all functions here expect such positions.
 bool IsUsable(Position position);
 
+// Boxes are compared exactly; Widened makes good what rounding took.
 struct Box {
   Position low{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
   Position high{-std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
@@ -39,6 +39,9 @@ struct Box {
     return low.x <= other.high.x && other.low.x <= high.x && low.y <= other.high.y && other.low.y <= high.y;
   }
 };
+
+// A few roundings of its coordinates larger on every side.
+Box Widened(const Box& box);
 
 // The cosine and the sine of an angle in radians, exact at the quarters of the circle.
 Position DirectionOf(double angle);

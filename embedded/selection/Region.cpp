@@ -47,7 +47,7 @@ Region::Region(std::vector<Position> corners, Kind kind) : m_kind(kind) {
   std::vector<SpatialIndex::Item> items;
   for (size_t index = 0; index < count; ++index) {
     m_edges.push_back({corners[index], corners[(index + 1) % corners.size()]});
-    items.push_back({m_edges.back().Bounds(), index});
+    items.push_back({Widened(m_edges.back().Bounds()), index});
     m_bounds.Add(items.back().box);
   }
   m_index = SpatialIndex(std::move(items));

@@ -45,8 +45,8 @@ class Region {
   bool ContainsCurve(const Curve& curve) const;
 
   std::vector<Segment> m_edges;
-  SpatialIndex m_index;  // of the edges
-  Box m_bounds;
+  SpatialIndex m_index;  // of the edges, in widened boxes
+  Box m_bounds;          // of these boxes
   Kind m_kind;
 };
 

@@ -127,7 +127,7 @@ TEST_F(EntityShapesTest, LightweightPolylines) {
          {"top of a bulge", L"LWPOLYLINE", above, {1, 2, 3, 3}, 'C'},
          {"quarter about the origin", L"LWPOLYLINE", flatter, {1.4, 1.4, 1.42, 1.42}, 'C'},
          {"quarter, inside", L"LWPOLYLINE", flatter, {0, 0, 2, 2}, 'W'},
-         {"three quarters", L"LWPOLYLINE", larger, {-2.0000001, -2.0000001, 2.0000001, 2.0000001}, 'W'},
+         {"three quarters", L"LWPOLYLINE", larger, {-2, -2, 2, 2}, 'W'},
          {"three quarters, left", L"LWPOLYLINE", larger, {-3, -0.5, -1.9, 0.5}, 'C'},
          {"three quarters, open side", L"LWPOLYLINE", larger, {1, 1, 2, 2}, '-'},
          {"bulge of the closing side", L"LWPOLYLINE", closing, {1, -2.1, 3, -1.9}, 'C'},
