@@ -11,7 +11,10 @@ import math
 import sys
 from pathlib import Path
 
-import ezdxf
+try:
+    import ezdxf
+except ImportError:
+    sys.exit("python3-ezdxf is missing; run tools/setup")
 
 VERSIONS = ["R12", "R2000", "R2004", "R2007", "R2010", "R2013", "R2018"]
 UMLAUTS = "Türöffnung, Größe 2 m²"
@@ -140,10 +143,10 @@ WALLS = [((6.0, 0.3), (6.0, 4.9)), ((6.2, 0.3), (6.2, 4.9)),
          ((6.8, 6.7), (7.8, 6.7)), ((8.7, 6.7), (9.7, 6.7)),
          ((4.4, 6.7), (4.4, 10.2)), ((4.6, 6.7), (4.6, 10.2)), ((6.6, 6.7), (6.6, 10.2)), ((6.8, 6.7), (6.8, 10.2))]
 
-# number, type, hinge, width, rotation
-DOORS = [("T01", "Zimmertür", (2.5, 4.9), 0.9, 0), ("T02", "Zimmertür", (7.5, 4.9), 0.9, 0),
-         ("T03", "Zimmertür", (2.9, 6.7), 0.9, 90), ("T04", "Badtür", (5.8, 6.7), 0.8, 90),
-         ("T05", "Zimmertür", (8.7, 6.7), 0.9, 90), ("T06", "Haustür", (0.3, 5.35), 0.9, 0)]
+# number, type, hinge, scale, rotation
+DOORS = [("T01", "Zimmertür", (2.5, 4.9), (0.9, 0.9), 0), ("T02", "Zimmertür", (7.5, 4.9), (0.9, 0.9), 0),
+         ("T03", "Zimmertür", (2.9, 6.7), (-0.9, 0.9), 0), ("T04", "Badtür", (5.8, 6.7), (-0.8, 0.8), 0),
+         ("T05", "Zimmertür", (8.7, 6.7), (-0.9, 0.9), 0), ("T06", "Haustür", (0.3, 5.35), (0.9, -0.9), 90)]
 
 # number, type, place, width, rotation
 WINDOWS = [("F01", "zweiflüglig", (1.5, 0.0), 2.0, 0), ("F02", "einflüglig", (7.2, 0.0), 1.2, 0),
@@ -183,8 +186,8 @@ def make_plan():
         space.add_lwpolyline(rectangle(low, high), close=True, dxfattribs={"layer": "AREAS"})
         place = (low[0] + 0.3, high[1] - 0.6)
         space.add_text(name, dxfattribs={"layer": "TEXT", "height": 0.25, "insert": place})
-    for number, kind, place, width, rotation in DOORS:
-        insert(space, "DOOR", place, rotation, {"NR": number, "TYPE": kind}, "DOORS", (width, width))
+    for number, kind, place, scale, rotation in DOORS:
+        insert(space, "DOOR", place, rotation, {"NR": number, "TYPE": kind}, "DOORS", scale)
     for number, kind, place, width, rotation in WINDOWS:
         insert(space, "WINDOW", place, rotation, {"NR": number, "TYPE": kind}, "WINDOWS", (width, 1))
     for number, kind, place, rotation in CHAIRS:
@@ -192,7 +195,7 @@ def make_plan():
     space.add_lwpolyline(rectangle((1.8, 2.7), (4.0, 3.6)), close=True, dxfattribs={"layer": "FURNITURE"})
     for place in COLUMNS:
         space.add_circle(place, 0.15, dxfattribs={"layer": "COLUMNS"})
-    space.add_arc((10, 10.5), 2.0, 180, 270, dxfattribs={"layer": "FURNITURE"})
+    space.add_arc((9.7, 10.2), 1.5, 180, 270, dxfattribs={"layer": "FURNITURE"})  # a desk in the corner
     return doc
 
 

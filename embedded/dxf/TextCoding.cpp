@@ -3,6 +3,7 @@
 #include <embedded/Text.h>
 #include <embedded/dxf/CodePages.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -153,6 +154,15 @@ size_t PlainEnd(const Text& text, size_t at) {
   return at;
 }
 
+// As append does, without the text between that it makes where the characters differ in width.
+template <typename From, typename To>
+void AppendPlain(const From& from, To& to) {
+  const size_t begin = to.size();
+  to.resize(begin + from.size());
+  std::transform(from.begin(), from.end(), to.begin() + static_cast<std::ptrdiff_t>(begin),
+                 [](auto character) { return static_cast<typename To::value_type>(character); });
+}
+
 }  // namespace
 
 TextCoding::TextCoding(DxfVersion version, std::wstring_view codePage) {
@@ -166,8 +176,7 @@ TextCoding::TextCoding(DxfVersion version, std::wstring_view codePage) {
 void TextCoding::Decode(std::string_view bytes, std::wstring& text) const {
   for (size_t at = 0; at < bytes.size();) {
     const size_t end = PlainEnd(bytes, at);
-    text.append(bytes.begin() + static_cast<std::ptrdiff_t>(at),
-                bytes.begin() + static_cast<std::ptrdiff_t>(end));
+    AppendPlain(bytes.substr(at, end - at), text);
     at = end < bytes.size() ? end + DecodeCharacter(bytes, end, text) : end;
   }
 }
@@ -220,8 +229,8 @@ size_t TextCoding::DecodeByte(std::string_view bytes, size_t at, std::wstring& t
 void TextCoding::Encode(std::wstring_view text, std::string& bytes) const {
   for (size_t at = 0; at < text.size();) {
     const size_t end = PlainEnd(text, at);
-    for (; at < end; ++at) bytes += static_cast<char>(text[at]);
-    if (end < text.size()) at += EncodeCharacter(text, end, bytes);
+    AppendPlain(text.substr(at, end - at), bytes);
+    at = end < text.size() ? end + EncodeCharacter(text, end, bytes) : end;
   }
 }
 

@@ -6,6 +6,7 @@ ezdxf finds an error in what is in OUT that it does not find in what is in IN, a
 same groups in the same order with the same values. Comments and $HANDSEED may differ. The groups are read here,
 by the numbering of the format alone, so that nothing is put right on the way.
 """
+import functools
 import re
 import struct
 import sys
@@ -28,6 +29,7 @@ KINDS = [(9, TEXT, None), (59, REAL, "<d"), (79, INTEGER, "<h"), (89, TEXT, None
          (1009, TEXT, None), (1059, REAL, "<d"), (1070, INTEGER, "<h"), (1071, INTEGER, "<i")]
 
 
+@functools.cache
 def kind_of(code):
     return next((kind, form) for last, kind, form in KINDS if code <= last)
 
@@ -68,6 +70,8 @@ def character(match):
 def read_text(text, coding):
     """What a text stands for: the surrogates of a pair are joined, and a caret is what it stands for."""
     text = text.decode(coding, "surrogateescape")
+    if "\\" not in text and "^" not in text:
+        return text
     text = re.sub(r"\\U\+([0-9A-Fa-f]{4})", character, text)
     for letter, control in zip("IJM", "\t\n\r"):
         text = text.replace("^" + letter, control)
@@ -84,20 +88,25 @@ def read_tags(path):
     return [(code, read_text(value, coding) if isinstance(value, bytes) else value) for code, value in tags]
 
 
+@functools.cache
+def read_file(path):
+    return without_next_handle(read_tags(path))
+
+
 def without_next_handle(tags):
     return [tag for before, tag in zip([None] + tags, tags) if before != (9, "$HANDSEED")]
 
 
 def compare(old, new):
     """The first difference, or nothing."""
-    old, new = (without_next_handle(read_tags(path)) for path in (old, new))
-    # repr tells -0.0 from 0.0
+    old, new = read_file(old), read_file(new)
     for index, (one, other) in enumerate(zip(old, new)):
-        if repr(one) != repr(other):
+        if one != other or (one[1] == 0 and repr(one) != repr(other)):  # 0.0 and -0.0 are equal
             return f"group {index + 1}: {one} became {other}, behind {old[max(index - 3, 0):index]}"
     return None if len(old) == len(new) else f"{len(old)} groups became {len(new)}"
 
 
+@functools.cache
 def errors_of(path):
     return {(error.code, error.message) for error in ezdxf.readfile(path).audit().errors}
 
