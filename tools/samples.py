@@ -184,7 +184,7 @@ def make_plan():
         space.add_line(start, end, dxfattribs={"layer": "WALLS"})
     for name, low, high in ROOMS:
         space.add_lwpolyline(rectangle(low, high), close=True, dxfattribs={"layer": "AREAS"})
-        place = (low[0] + 0.3, high[1] - 0.6)
+        place = ((low[0] + high[0]) / 2 - 0.1 * len(name), low[1] + 0.3 * (high[1] - low[1]))
         space.add_text(name, dxfattribs={"layer": "TEXT", "height": 0.25, "insert": place})
     for number, kind, place, scale, rotation in DOORS:
         insert(space, "DOOR", place, rotation, {"NR": number, "TYPE": kind}, "DOORS", scale)

@@ -144,9 +144,9 @@ class SectionReader {
     Next();
     if (m_tag.code != kNameCode) throw FaultHere("the name of a section belongs here");
     section.name = std::get<std::wstring>(std::move(m_tag.value));
-    const bool isSecond = std::any_of(before.begin(), before.end(),
-                                      [&](const FileSection& one) { return one.name == section.name; });
-    if (isSecond && HasObjects(section.name))
+    const auto isSame = [&](const FileSection& one) { return one.name == section.name; };
+    // Asked only for names that cannot come twice, so that many sections take no longer than large ones.
+    if (HasObjects(section.name) && std::any_of(before.begin(), before.end(), isSame))
       throw FaultHere("there is a section " + Utf8(section.name) + " already");
     NextWithin(section);
     ReadContent(section);

@@ -106,5 +106,22 @@ TEST(DxfLargeFiles, ALongLineAndManyEntitiesTakeLinearTime) {
   EXPECT_EQ(Read(embedded::WriteDxf(*many))->Entities().members.size(), static_cast<size_t>(kMany) + 1);
 }
 
+TEST(DxfLargeFiles, ManySectionsTablesAndApplicationsTakeLinearTime) {
+  constexpr int kMany = kLarge / 10;
+  const auto repeated = [](std::string_view lines) {
+    std::string file;
+    for (int count = 0; count < kMany; ++count) file += lines;
+    return file;
+  };
+  const auto sections = Read(repeated("0\nSECTION\n2\nMINE\n0\nENDSEC\n") + Lines("0 EOF"));
+  EXPECT_EQ(sections->Sections().size(), static_cast<size_t>(kMany));
+  const std::string tables = repeated("0\nTABLE\n2\nLAYER\n0\nLAYER\n2\n0\n0\nENDTAB\n");
+  EXPECT_EQ(Read(Lines("0 SECTION|2 TABLES") + tables + Lines("0 ENDSEC|0 EOF"))->Tables().size(),
+            static_cast<size_t>(kMany));
+  const std::string data = repeated("1001\nA\n1070\n1\n");
+  const auto extended = Read(Lines("0 SECTION|2 ENTITIES|0 LINE") + data + Lines("0 ENDSEC|0 EOF"));
+  EXPECT_EQ(extended->Entities().members[0]->extended.size(), static_cast<size_t>(kMany));
+}
+
 }  // namespace
 }  // namespace lomlisp::test
