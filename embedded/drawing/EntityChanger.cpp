@@ -27,7 +27,7 @@ const EntityType* TypeOf(const Object& object) {
 
 Objection CheckObject(const Object& object) {
   if (IsEntity(object) || object.table != nullptr || object.Type() == L"XRECORD") return std::nullopt;
-  return "a " + Utf8(object.Type()) + " cannot be changed";
+  return Utf8(object.Type()) + " cannot be changed";
 }
 
 Objection CheckType(const Object& object, const Groups& given) {
@@ -120,7 +120,6 @@ Objection ModifyEntity(Drawing& drawing, const Chain& chain) {
   const EntityType* type = TypeOf(*object);
   auto merged = MergeGroups(type, object->groups, given->groups, unreadable);
   if (!merged) return unreadable;
-  if (type != nullptr) std::erase_if(merged->groups, IsDefault);
   if (auto objection = CheckKind(*object, merged->groups)) return objection;
   if (auto objection = CheckChanges(drawing, *object, merged->changed)) return objection;
   if (object->table != nullptr)
@@ -136,10 +135,10 @@ Objection DeleteEntity(Drawing& drawing, const ads_name name) {
   Object* object = drawing.FindName(name);
   if (object == nullptr) return "there is no object of that name";
   if (object->header != nullptr)
-    return "a " + Utf8(object->Type()) + " cannot be erased without its " + Utf8(object->header->Type());
+    return Utf8(object->Type()) + " cannot be erased without its " + Utf8(object->header->Type());
   if (!IsEntity(*object)) {
     if (object->isErased) return "what was in a block before it was defined anew cannot be restored";
-    return "a " + Utf8(object->Type()) + " cannot be erased";
+    return Utf8(object->Type()) + " cannot be erased";
   }
   drawing.SetErased(*object, !object->isErased);
   return std::nullopt;
@@ -148,7 +147,7 @@ Objection DeleteEntity(Drawing& drawing, const ads_name name) {
 Objection UpdateEntity(Drawing& drawing, const ads_name name) {
   Object* object = drawing.FindLive(name);
   if (object == nullptr) return "there is no object of that name";
-  if (!IsEntity(*object)) return "a " + Utf8(object->Type()) + " is not drawn";
+  if (!IsEntity(*object)) return Utf8(object->Type()) + " is not drawn";
   Object& whole = object->header != nullptr ? *object->header : *object;
   whole.needsRegeneration = false;
   ++drawing.regenerations;

@@ -94,22 +94,31 @@ void Complete(Drawing& drawing, const EntityType& type, Groups& groups) {
   if (name == L"ATTRIB" || name == L"ATTDEF") Default(groups, kFlagsCode, 0LL);
 }
 
-// Why a type that is not described here cannot be made.
+std::string NotInThisVersion() { return " cannot be in a drawing of this version"; }
+
+// Why a type that is not described cannot be made.
 Objection CheckOtherType(const Drawing& drawing, std::wstring_view type, const Groups& own) {
   const std::string name = Utf8(type);
-  if (!IsOtherGraphicType(type)) return "a " + name + " cannot be made";
+  if (!IsOtherGraphicType(type)) return "entities of type \"" + name + "\" cannot be made";
   if (drawing.version == DxfVersion::R12) {
     if (IsOtherTypeInR12(type)) return std::nullopt;
-    return "a " + name + " cannot be in a drawing of this version";
+    return name + NotInThisVersion();
   }
   const bool hasMarker = std::any_of(own.begin(), own.end(), [](const Group& group) {
     return group.code == kMarkerCode && group.value != Value(std::wstring(kCommonMarker));
   });
   if (hasMarker) return std::nullopt;
-  return "a " + name + " needs its class markers (group 100)";
+  return name + " needs its class markers (group 100)";
 }
 
-// The number in "*U12" and "*U", or 0 for other names.
+Objection CheckType(const Drawing& drawing, std::wstring_view type, const EntityType* described,
+                    const Groups& own) {
+  if (described == nullptr) return CheckOtherType(drawing, type, own);
+  if (described->isInR12 || drawing.version != DxfVersion::R12) return std::nullopt;
+  return Utf8(type) + NotInThisVersion();
+}
+
+// The letter in "*U12" and "*U", or 0 for other names.
 wchar_t AnonymousLetter(std::wstring_view name) {
   if (name.size() < 2 || name[0] != L'*') return 0;
   const wchar_t letter = Folded(name.substr(1, 1))[0];
@@ -162,28 +171,27 @@ Objection EntityMaker::Take(GivenGroups given, const Settings& settings) {
   const auto first = std::find_if(given.groups.begin(), given.groups.end(),
                                   [](const Group& group) { return group.code != kOwnerCode; });
   if (first == given.groups.end() || first->code != kTypeCode) return "group 0, the type, must come first";
-  std::wstring type = Folded(std::get<std::wstring>(first->value));
+  const std::wstring type = Folded(std::get<std::wstring>(first->value));
   if (auto objection = CheckPlace(type)) return objection;
   if (IsEntryType(type)) return MakeEntry(m_drawing, type, std::move(given), m_last);
   Draft draft;
-  if (auto objection = Draw(std::move(type), std::move(given), settings, draft)) return objection;
+  if (auto objection = Draw(type, std::move(given), settings, draft)) return objection;
   return Put(std::move(draft));
 }
 
 Objection EntityMaker::CheckPlace(std::wstring_view type) const {
   const std::string name = Utf8(type);
   if (m_header) return CheckPartPlace(type);
-  if (type == L"VERTEX" || type == L"ATTRIB" || type == L"SEQEND") return "a " + name + " without its header";
-  if (type == L"ENDBLK" && !m_block) return "an ENDBLK without its BLOCK";
-  if (m_block && (type == L"BLOCK" || IsEntryType(type))) return "a " + name + " cannot be in a BLOCK";
+  if (type == L"VERTEX" || type == L"ATTRIB" || type == L"SEQEND") return name + " without its header";
+  if (type == L"ENDBLK" && !m_block) return "ENDBLK without its BLOCK";
+  if (m_block && (type == L"BLOCK" || IsEntryType(type))) return name + " cannot be in a BLOCK";
   return std::nullopt;
 }
 
 Objection EntityMaker::CheckPartPlace(std::wstring_view type) const {
   const std::wstring_view header = m_header->Type();
   const std::wstring_view part = header == L"POLYLINE" ? L"VERTEX" : L"ATTRIB";
-  if (type == L"SEQEND" && header == L"POLYLINE" && m_header->parts.empty())
-    return "a POLYLINE needs a VERTEX";
+  if (type == L"SEQEND" && header == L"POLYLINE" && m_header->parts.empty()) return "POLYLINE needs a VERTEX";
   if (type == part || type == L"SEQEND") return std::nullopt;
   return "behind " + Utf8(header) + " only " + Utf8(part) + " and SEQEND can follow, not " + Utf8(type);
 }
@@ -191,7 +199,7 @@ Objection EntityMaker::CheckPartPlace(std::wstring_view type) const {
 Objection EntityMaker::CheckValues(const EntityType* type, std::wstring_view name, const Groups& own) const {
   if (type != nullptr)
     for (const int code : type->required)
-      if (Find(own, code) == nullptr) return AboutGroup(code) + "is missing, a " + Utf8(name) + " needs it";
+      if (Find(own, code) == nullptr) return AboutGroup(code) + "missing, " + Utf8(name) + " needs it";
   for (const Group& group : own)
     if (auto objection = CheckGroup(m_drawing, name, group)) return objection;
   if (name != L"BLOCK") return std::nullopt;
@@ -200,37 +208,46 @@ Objection EntityMaker::CheckValues(const EntityType* type, std::wstring_view nam
   return AboutGroup(kNameCode) + "a block cannot have the name \"" + Utf8(block) + "\"";
 }
 
-Objection EntityMaker::Draw(std::wstring type, GivenGroups given, const Settings& settings,
+Objection EntityMaker::Draw(const std::wstring& type, GivenGroups given, const Settings& settings,
                             Draft& draft) const {
   const OwnGroups own = FindOwn(given.groups, FindEntityType(type) != nullptr);
   if (!own.areBracketsBalanced) return AboutGroup(102) + "the brackets do not balance";
   Groups groups;
   for (const size_t place : own.places) groups.push_back(std::move(given.groups[place]));
   const EntityType* described = FindEntityType(type, groups, m_header ? &m_header->groups : nullptr);
-  if (described == nullptr) {
-    if (auto objection = CheckOtherType(m_drawing, type, groups)) return objection;
-  } else if (!described->isInR12 && m_drawing.version == DxfVersion::R12) {
-    return "a " + Utf8(type) + " cannot be in a drawing of this version";
-  }
+  if (auto objection = CheckType(m_drawing, type, described, groups)) return objection;
   groups = KeepLast(described, std::move(groups));
-  if (Find(groups, kLayerCode) == nullptr) {
-    const auto layer = m_header ? TextOf(m_header->groups, kLayerCode) : std::wstring_view(settings.layer);
-    groups.insert(groups.begin(), {kLayerCode, std::wstring(layer)});
-  }
+  AddLayer(groups, settings);
   if (auto objection = CheckValues(described, type, groups)) return objection;
   for (const ExtendedData& data : given.extended)
     if (auto objection = CheckApplication(m_drawing, data)) return objection;
-  if (described != nullptr) Complete(m_drawing, *described, groups);
-  if (described != nullptr) std::erase_if(groups, IsDefault);
+
+  draft.groups = Finished(type, described, std::move(groups));
+  // An embedded object follows as it is.
+  std::move(given.groups.begin() + static_cast<std::ptrdiff_t>(EndOfOwn(given.groups)), given.groups.end(),
+            std::back_inserter(draft.groups));
+  std::erase_if(given.extended, [](const ExtendedData& data) { return data.groups.empty(); });
+  draft.extended = std::move(given.extended);
+  return std::nullopt;
+}
+
+void EntityMaker::AddLayer(Groups& groups, const Settings& settings) const {
+  if (Find(groups, kLayerCode) != nullptr) return;
+  const auto layer = m_header ? TextOf(m_header->groups, kLayerCode) : std::wstring_view(settings.layer);
+  groups.insert(groups.begin(), {kLayerCode, std::wstring(layer)});
+}
+
+// The groups as they are stored, but for handle and owner.
+Groups EntityMaker::Finished(const std::wstring& type, const EntityType* described, Groups groups) const {
+  if (described != nullptr) {
+    Complete(m_drawing, *described, groups);
+    std::erase_if(groups, IsDefault);
+  }
   FlattenPoints(type, groups);
   groups = m_drawing.version == DxfVersion::R12 ? ArrangeWithoutMarkers(described, groups)
                                                 : Arrange(described, groups);
-  groups.insert(groups.begin(), {kTypeCode, std::move(type)});
-  draft.groups = std::move(groups);
-  std::copy_if(std::make_move_iterator(given.extended.begin()), std::make_move_iterator(given.extended.end()),
-               std::back_inserter(draft.extended),
-               [](const ExtendedData& data) { return !data.groups.empty(); });
-  return std::nullopt;
+  groups.insert(groups.begin(), {kTypeCode, type});
+  return groups;
 }
 
 // --- Drafts ---

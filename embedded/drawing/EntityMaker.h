@@ -50,8 +50,10 @@ class EntityMaker {
   std::optional<std::string> CheckPartPlace(std::wstring_view type) const;
   std::optional<std::string> CheckValues(const EntityType* type, std::wstring_view name,
                                          const Groups& own) const;
-  std::optional<std::string> Draw(std::wstring type, GivenGroups given, const Settings& settings,
+  std::optional<std::string> Draw(const std::wstring& type, GivenGroups given, const Settings& settings,
                                   Draft& draft) const;
+  void AddLayer(Groups& groups, const Settings& settings) const;
+  Groups Finished(const std::wstring& type, const EntityType* described, Groups groups) const;
   std::optional<std::string> Put(Draft draft);
   void PutPart(Draft part);
   void PutWhole(Draft whole);

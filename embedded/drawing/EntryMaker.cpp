@@ -127,7 +127,8 @@ class Following {
 
   void InEntity(Object& entity) {
     if (!m_named.types.empty() && !Contains(m_named.types, entity.Type())) return;
-    if (InGroups(entity.groups)) m_drawing.NoteChange(entity);
+    // Beginnings and ends of blocks are in no list, and no entities to who asks for changes.
+    if (InGroups(entity.groups) && entity.list != nullptr) m_drawing.NoteChange(entity);
   }
 
   void InLayers() {
@@ -161,7 +162,7 @@ bool IsEntryType(std::wstring_view type) { return FindEntryKind(type) != nullptr
 
 Objection MakeEntry(Drawing& drawing, std::wstring_view table, GivenGroups given, Object*& made) {
   if (drawing.FindTable(table) == nullptr) return "the drawing has no table " + Utf8(table);
-  if (Find(given.groups, kNameCode) == nullptr) return AboutGroup(kNameCode) + "is missing";
+  if (Find(given.groups, kNameCode) == nullptr) return AboutGroup(kNameCode) + "missing";
   const std::wstring name(TextOf(given.groups, kNameCode));
   if (auto objection = CheckNewName(drawing, table, name)) return objection;
   const OwnGroups own = FindOwn(given.groups, true);

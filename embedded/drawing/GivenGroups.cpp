@@ -51,6 +51,12 @@ bool IsFinite(const Value& value) {
   return true;
 }
 
+// A code between those of points and of reals: records hold a point for it, files a real.
+void MakeReal(Group& group) {
+  const auto* point = std::get_if<Point>(&group.value);
+  if (point != nullptr && KindOf(group.code) == GroupKind::Real) group.value = double{point->x};
+}
+
 bool IsChunk(const std::wstring& digits) {
   return digits.size() % 2 == 0 && std::all_of(digits.begin(), digits.end(), [](wchar_t digit) {
            return ReadHandle(std::wstring_view(&digit, 1)).has_value();
@@ -86,7 +92,7 @@ class Reading {
 
  private:
   Objection BeginExtended() {
-    if (std::exchange(m_hasExtended, true)) return AboutGroup(kExtendedData) + "is given twice";
+    if (std::exchange(m_hasExtended, true)) return AboutGroup(kExtendedData) + "given twice";
     m_isInExtended = true;
     return std::nullopt;
   }
@@ -96,7 +102,8 @@ class Reading {
     auto group =
         record.type == RTDXF0 ? ReadType(record, objection) : ReadRecord(record, m_drawing, objection);
     if (!group) return objection;
-    if (!IsFinite(group->value)) return AboutGroup(group->code) + "is no finite number";
+    MakeReal(*group);
+    if (!IsFinite(group->value)) return AboutGroup(group->code) + "no finite number";
     if (group->code >= kFirstExtendedCode) return TakeExtended(std::move(*group));
     m_isInExtended = false;
     return TakeOwn(std::move(*group));
@@ -111,7 +118,7 @@ class Reading {
     if (group.code == kHandleCode || group.code == kDimStyleHandleCode || group.code == kCommentCode)
       return std::nullopt;
     if (group.code == kTypeCode && std::exchange(m_hasType, true))
-      return AboutGroup(kTypeCode) + "is given twice";
+      return AboutGroup(kTypeCode) + "given twice";
     if (auto objection = CheckText(group)) return objection;
     given.groups.push_back(std::move(group));
     return std::nullopt;
@@ -122,7 +129,7 @@ class Reading {
     if (group.code == kApplicationCode) return BeginApplication(std::get<std::wstring>(group.value));
     if (given.extended.empty()) return AboutGroup(group.code) + "stands before its application (1001)";
     if (!std::binary_search(std::begin(kExtendedCodes), std::end(kExtendedCodes), group.code))
-      return AboutGroup(group.code) + "is no group of extended data";
+      return AboutGroup(group.code) + "no group of extended data";
     if (auto objection = CheckText(group)) return objection;
     given.extended.back().groups.push_back(std::move(group));
     return std::nullopt;
@@ -131,7 +138,7 @@ class Reading {
   Objection BeginApplication(const std::wstring& name) {
     if (auto objection = Finish()) return objection;
     if (!m_applications.insert(Folded(name)).second)
-      return AboutGroup(kApplicationCode) + "the application \"" + Utf8(name) + "\" is given twice";
+      return AboutGroup(kApplicationCode) + "the application \"" + Utf8(name) + "\" given twice";
     given.extended.push_back({name, {}});
     return std::nullopt;
   }

@@ -30,12 +30,13 @@ bool IsVertexCode(int code) {
 // Codes that never change, wherever they stand.
 bool IsFixed(int code) { return code == 66 || code == 67 || code == 410; }
 
-// The given value in the form of the stored one: a point in a plane stays there.
+// The given value in the form of the stored one: with as many coordinates.
 Value InFormOf(const Value& stored, const Value& given) {
-  const auto* old = std::get_if<Point>(&stored);
   const auto* point = std::get_if<Point>(&given);
-  if (old == nullptr || point == nullptr || !old->isFlat) return given;
-  return Point{point->x, point->y, 0.0, true};
+  if (point == nullptr) return given;
+  if (std::holds_alternative<double>(stored)) return point->x;
+  const auto* old = std::get_if<Point>(&stored);
+  return old != nullptr && old->isFlat ? Point{point->x, point->y, 0.0, true} : given;
 }
 
 // A vertex of a LWPOLYLINE: its point and what follows it.
@@ -134,15 +135,10 @@ class Merge {
 
   Vertices StoredVertices() const {
     Groups run;
-    const size_t end = EndOfRun();
+    const size_t end = EndOfOwn(m_stored);
     for (size_t place = 0; place < end; ++place)
       if (IsVertexCode(m_stored[place].code)) run.push_back(m_stored[place]);
     return SplitVertices(run);
-  }
-
-  size_t EndOfRun() const {
-    const Group* embedded = Find(m_stored, kEmbeddedObjectCode);
-    return embedded != nullptr ? static_cast<size_t>(embedded - m_stored.data()) : m_stored.size();
   }
 
   static bool OverStored(Vertices& vertices, const Groups& given, std::string& objection) {
@@ -184,8 +180,7 @@ class Merge {
 
   void ReplaceRun(Groups run, const Groups& given) {
     size_t first = PlaceFor(m_type, m_stored, kVertexCode, {}).place;
-    const size_t end = EndOfRun();
-    for (size_t place = end; place-- > 0;) {
+    for (size_t place = EndOfOwn(m_stored); place-- > 0;) {
       if (!IsVertexCode(m_stored[place].code)) continue;
       m_dropped[place] = true;
       first = place;
@@ -199,7 +194,8 @@ class Merge {
   void Classify(int code, const std::vector<const Item*>& items) {
     const auto found = m_places.find(code);
     if (found == m_places.end()) {
-      for (const Item* item : items) m_new.insert(item);
+      for (const Item* item : items)
+        if (!IsDefaultHere(item->group)) m_new.insert(item);
     } else if (found->second.size() == items.size()) {
       for (size_t index = 0; index < items.size(); ++index)
         Replace(found->second[index], items[index]->group);
@@ -210,7 +206,14 @@ class Merge {
     }
   }
 
+  // What the codes mean in types that are not described is not known.
+  bool IsDefaultHere(const Group& group) const { return m_type != nullptr && IsDefault(group); }
+
   void Replace(size_t place, const Group& group) {
+    if (IsDefaultHere(group)) {
+      m_dropped[place] = true;
+      return;
+    }
     Group& stored = m_merged.groups[place];
     Value value = InFormOf(stored.value, group.value);
     if (stored.value == value) return;

@@ -120,11 +120,6 @@ struct Range {
   size_t end;
 };
 
-size_t EndOfOwn(const Groups& groups) {
-  const Group* embedded = Find(groups, kEmbeddedObjectCode);
-  return embedded != nullptr ? static_cast<size_t>(embedded - groups.data()) : groups.size();
-}
-
 // Behind the n-th marker of that name; where there is none, the empty range at the end.
 Range FindStretch(const Groups& stored, std::wstring_view marker, size_t occurrence) {
   const size_t last = EndOfOwn(stored);
@@ -145,6 +140,11 @@ GroupPlace PlaceIn(const ClassSection& section, const Groups& stored, Range rang
 }
 
 }  // namespace
+
+size_t EndOfOwn(const Groups& groups) {
+  const Group* embedded = Find(groups, kEmbeddedObjectCode);
+  return embedded != nullptr ? static_cast<size_t>(embedded - groups.data()) : groups.size();
+}
 
 OwnGroups FindOwn(const Groups& groups, bool isDescribed) {
   OwnGroups own;

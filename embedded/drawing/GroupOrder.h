@@ -17,6 +17,8 @@ struct OwnGroups {
   std::vector<size_t> places;
   bool areBracketsBalanced = true;
 };
+// Where an embedded object begins, or else the end.
+size_t EndOfOwn(const Groups& groups);
 OwnGroups FindOwn(const Groups& groups, bool isDescribed);
 
 // Keeps the last of several groups of which the type holds one, at the place of the first. Null for types

@@ -62,8 +62,8 @@ inline std::string Line(const Groups& groups, bool hasHandles = false) {
   return line;
 }
 
-inline std::string Line(const Object& object) {
-  std::string line = Line(object.groups);
+inline std::string Line(const Object& object, bool hasHandles = false) {
+  std::string line = Line(object.groups, hasHandles);
   for (const embedded::ExtendedData& data : object.extended)
     line += " | " + Utf8(data.application) + " " + Line(data.groups, true);
   return line;
@@ -75,7 +75,7 @@ inline std::string Dump(Drawing& drawing) {
   for (uint64_t handle = 1; handle < drawing.NextHandle(); ++handle) {
     const Object* object = drawing.FindHandle(handle);
     if (object == nullptr) continue;
-    dump += std::to_string(handle) + " " + Line(object->groups, true) + Line(*object);
+    dump += std::to_string(handle) + " " + Line(*object, true);
     dump += object->isErased ? " erased" : "";
     dump += object->needsRegeneration ? " stale" : "";
     dump += " " + std::to_string(object->parts.size()) + "\n";
