@@ -126,6 +126,20 @@ wchar_t AnonymousLetter(std::wstring_view name) {
   return isNumbered && std::wstring_view(L"DETUX").find(letter) != std::wstring_view::npos ? letter : L'\0';
 }
 
+Objection CheckBlockName(std::wstring_view name) {
+  if (IsLegalName(name) || AnonymousLetter(name) != 0) return std::nullopt;
+  return AboutGroup(kNameCode) + "a block cannot have the name \"" + Utf8(name) + "\"";
+}
+
+// Widths and bulges stand behind their vertices.
+Objection CheckVertices(const EntityType& type, const Groups& own) {
+  const auto first = std::find_if(own.begin(), own.end(), [&](const Group& group) {
+    return group.code != kMarkerCode && type.Lists(group.code) && type.Repeats(group.code);
+  });
+  if (first->code == kPointCode) return std::nullopt;
+  return AboutGroup(first->code) + "stands before the first vertex (10)";
+}
+
 uint64_t SpaceOf(Drawing& drawing, const Groups& groups) {
   if (IntegerOf(groups, 67) != 1) return drawing.OwnerOf(drawing.Entities());
   const Object* paper = drawing.FindEntry(L"BLOCK_RECORD", L"*Paper_Space");
@@ -202,10 +216,8 @@ Objection EntityMaker::CheckValues(const EntityType* type, std::wstring_view nam
       if (Find(own, code) == nullptr) return AboutGroup(code) + "missing, " + Utf8(name) + " needs it";
   for (const Group& group : own)
     if (auto objection = CheckGroup(m_drawing, name, group)) return objection;
-  if (name != L"BLOCK") return std::nullopt;
-  const std::wstring_view block = TextOf(own, kNameCode);
-  if (IsLegalName(block) || AnonymousLetter(block) != 0) return std::nullopt;
-  return AboutGroup(kNameCode) + "a block cannot have the name \"" + Utf8(block) + "\"";
+  if (name == L"BLOCK") return CheckBlockName(TextOf(own, kNameCode));
+  return name == L"LWPOLYLINE" ? CheckVertices(*type, own) : std::nullopt;
 }
 
 Objection EntityMaker::Draw(const std::wstring& type, GivenGroups given, const Settings& settings,
@@ -283,7 +295,7 @@ void EntityMaker::PutWhole(Draft whole) {
 
 Objection EntityMaker::PutBlock(Draft end) {
   const std::wstring name(TextOf(m_block->begin.groups, kNameCode));
-  if (m_drawing.FindBlock(name) != nullptr) {
+  if (AnonymousLetter(name) == 0 && m_drawing.FindBlock(name) != nullptr) {
     std::vector<std::wstring> inserted;
     for (const Draft& draft : m_block->content)
       if (draft.Type() == L"INSERT") inserted.emplace_back(TextOf(draft.groups, kNameCode));

@@ -27,8 +27,14 @@ bool IsVertexCode(int code) {
   return code == kVertexCode || code == 40 || code == 41 || code == 42 || code == 91;
 }
 
-// Codes that never change, wherever they stand.
+// Codes of an entity that never change: whether parts follow, and the space.
 bool IsFixed(int code) { return code == 66 || code == 67 || code == 410; }
+
+bool HasCommonMarker(const Groups& groups) {
+  return std::any_of(groups.begin(), groups.end(), [](const Group& group) {
+    return group.code == kMarkerCode && group.value == Value(std::wstring(kCommonMarker));
+  });
+}
 
 // The given value in the form of the stored one: with as many coordinates.
 Value InFormOf(const Value& stored, const Value& given) {
@@ -100,18 +106,14 @@ class Merge {
     own = KeepLast(m_type, std::move(own));
     // The markers of the items point into it.
     m_given = std::move(own);
+    const bool isEntity = m_type != nullptr || HasCommonMarker(m_stored);
     std::wstring_view marker;
     for (const Group& group : m_given) {
       if (group.code == kMarkerCode)
         marker = std::get<std::wstring>(group.value);
-      else if (!IsFixed(group.code))
+      else if (!isEntity || !IsFixed(group.code))
         m_items.push_back({group, marker});
     }
-  }
-
-  size_t CountStored(int code) const {
-    const auto found = m_places.find(code);
-    return found != m_places.end() ? found->second.size() : 0;
   }
 
   // --- The vertices of a LWPOLYLINE ---

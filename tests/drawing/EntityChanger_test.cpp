@@ -268,12 +268,14 @@ TEST_F(EntityChangerTest, XrecordsCanBeChanged) {
 }
 
 TEST_F(EntityChangerTest, ValuesKeepTheFormOfTheStoredOnes) {
-  Object& record = drawing.NewObject({{0, L"XRECORD"}, {19, 1.5}, {10, 2.5}, {11, Point{1, 2, 0, true}}});
+  Object& record =
+      drawing.NewObject({{0, L"XRECORD"}, {67, 1LL}, {19, 1.5}, {10, 2.5}, {11, Point{1, 2, 0, true}}});
   drawing.Objects().push_back(&record);
   EXPECT_EQ(Modify(Read(drawing, record)), "");
-  EXPECT_EQ(Line(record.groups), "0:XRECORD 19:1.5 10:2.5 11:(1 2)");
-  EXPECT_EQ(Modify(record, {{19, Point{3, 0, 0}}, {10, Point{4, 0, 0}}, {11, Point{5, 6, 7}}}), "");
-  EXPECT_EQ(Line(record.groups), "0:XRECORD 19:3 10:4 11:(5 6)");
+  EXPECT_EQ(Line(record.groups), "0:XRECORD 67:1 19:1.5 10:2.5 11:(1 2)");
+  EXPECT_EQ(Modify(record, {{67, 2LL}, {19, Point{3, 0, 0}}, {10, Point{4, 0, 0}}, {11, Point{5, 6, 7}}}),
+            "");
+  EXPECT_EQ(Line(record.groups), "0:XRECORD 67:2 19:3 10:4 11:(5 6)");
 }
 
 TEST_F(EntityChangerTest, EntriesOfTablesAreChangedAndRenamed) {
