@@ -13,7 +13,7 @@ namespace lomlisp::embedded {
 //   \U+XXXX    for a character by four hexadecimal digits, for one beyond them by a pair of surrogates,
 // and a byte that stands for nothing becomes a lone surrogate, U+DC80 to U+DCFF, so that it comes back.
 // Encoding writes so what the file cannot hold otherwise, and \U+005E or \U+005C for a caret or backslash
-// that would be read as something else: whatever the text is, decoding gives it again.
+// that would be read as something else: whatever characters a text has, decoding gives them again.
 //
 // Of code pages with characters of two bytes there are no tables here. Their bytes pass through as such,
 // the lower half of the second ones as ASCII; so they do for names of unknown code pages.
