@@ -1,8 +1,11 @@
 #include <embedded/Host.h>
 
+#include <embedded/Session.h>
+
 namespace lomlisp::embedded {
 
 Host::Host() = default;
+Host::~Host() = default;
 
 // Never destroyed: static values of the library and of modules free their blocks after main.
 Host& Host::Instance() {
@@ -17,6 +20,8 @@ void Host::Reset() {
   symbols.Reset();
   variables.Reset();
   ledger.Reset();
+  answers.Clear();
+  CloseDrawing();
   m_functions.clear();
 }
 

@@ -7,12 +7,16 @@
 // answer any status. One host per process, one thread.
 #pragma once
 
+#include <embedded/Answers.h>
 #include <embedded/Chain.h>
 #include <embedded/Ledger.h>
+#include <embedded/dxf/Dxf.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -144,6 +148,8 @@ struct CallResult {
   std::wstring Text() const { return ToText(value); }
 };
 
+struct Session;
+
 class Host {
  public:
   using Function = std::function<int()>;
@@ -159,6 +165,21 @@ class Host {
   Symbols symbols;
   SystemVariables variables;
   Ledger ledger;
+  Answers answers;
+
+  // --- The drawing ---
+
+  // The drawing that is open: at first, and after Reset, a new one.
+  Drawing& CurrentDrawing();
+  // Opens a DXF file in place of it; the system variables that its header holds are set, and DWGNAME and
+  // DWGPREFIX. The names and selection sets of the old drawing are dead from then on, and the caller must
+  // hold nothing of it. When there is an error, everything stays as it was.
+  std::optional<DxfError> Open(const std::filesystem::path& path, const DxfProgress& progress = {});
+  // Saves the drawing in its version, with the system variables in the header that were changed. An error
+  // leaves the old file.
+  std::optional<DxfError> Save(const std::filesystem::path& path, DxfForm form = DxfForm::Ascii);
+  // A new drawing.
+  void CloseDrawing();
 
   // --- LISP functions ---
 
@@ -184,11 +205,15 @@ class Host {
     std::vector<std::string> errors;
   };
   Frame* CurrentFrame() { return m_frames.empty() ? nullptr : m_frames.back(); }
+  // The drawing with what hangs on it.
+  Session& CurrentSession();
 
  private:
   Host();
+  ~Host();
   CallResult Run(const std::string& name, const Function& function, Chain arguments);
 
+  std::unique_ptr<Session> m_session;
   std::map<std::wstring, Function> m_functions;
   std::vector<Frame*> m_frames;
 };

@@ -36,16 +36,32 @@ class PlatformCall {
     return Takes(&single);
   }
 
-  PlatformCall& TakesName(const ads_name name) {
-    if (name == nullptr) return Takes(nullptr);
-    resbuf record{nullptr, RTENAME, {}};
-    record.resval.rlname[0] = name[0];
-    record.resval.rlname[1] = name[1];
+  PlatformCall& TakesPoint(const double* point) {
+    if (point == nullptr) return Takes(nullptr);
+    resbuf record{nullptr, RT3DPOINT, {}};
+    for (size_t axis = 0; axis < 3; ++axis) record.resval.rpoint[axis] = point[axis];
     return Takes(&record);
   }
 
+  PlatformCall& TakesName(const ads_name name) { return TakesName(name, RTENAME); }
+  PlatformCall& TakesSet(const ads_name name) { return TakesName(name, RTPICKS); }
+
   void Object(std::string objection) {
     if (!m_call.objection) m_call.objection = std::move(objection);
+  }
+
+  bool HasObjection() const { return m_call.objection.has_value(); }
+
+  // For `work`: a refusal, whose reason is in the log. It is an answer like others, and no mistake of the
+  // function that is being called.
+  int Refuse(std::string reason) {
+    Object(std::move(reason));
+    return RTERROR;
+  }
+  // The same for what is one.
+  int Report(std::string reason) {
+    Object(std::move(reason));
+    return Blame();
   }
 
   // Answers what was ordered, or RTERROR for a bad chain, or what `work` gives: a status or a
@@ -57,22 +73,30 @@ class PlatformCall {
       const auto order = Order();
       m_call.forced = order && *order != RTNORM;
       if (m_call.forced) return Log(*order, Answer());
-      if (m_call.objection) return Log(Refuse(), Answer());
+      if (m_call.objection) return Log(Blame(), Answer());
       const Answer answer = work();
       return Log(answer != nullptr ? RTNORM : RTERROR, answer);
     } else {
       const auto order = Order();
       m_call.forced = order.has_value();
-      const int status = order ? *order : m_call.objection ? Refuse() : work();
+      const int status = order ? *order : m_call.objection ? Blame() : work();
       return Log(status, status);
     }
   }
 
  private:
+  PlatformCall& TakesName(const ads_name name, short type) {
+    if (name == nullptr) return Takes(nullptr);
+    resbuf record{nullptr, type, {}};
+    record.resval.rlname[0] = name[0];
+    record.resval.rlname[1] = name[1];
+    return Takes(&record);
+  }
+
   std::optional<int> Order() { return m_host.log.HasOrders() ? m_host.log.Order(m_call) : std::nullopt; }
 
-  // A bad chain is a mistake of the function that is being called.
-  int Refuse() {
+  // What was objected to is a mistake of the function that is being called.
+  int Blame() {
     if (Host::Frame* frame = m_host.CurrentFrame())
       frame->errors.push_back(m_call.function + ": " + *m_call.objection);
     return RTERROR;

@@ -36,7 +36,7 @@ SystemVariable Text(std::wstring_view value) {
   return variable;
 }
 
-SystemVariable Point(short type, double x, double y) {
+SystemVariable PointOfType(short type, double x, double y) {
   SystemVariable variable{Mark(type)};
   variable.value.value.rpoint[0] = x;
   variable.value.value.rpoint[1] = y;
@@ -171,9 +171,9 @@ void SystemVariables::Reset() {
   Define(L"EXPERT", Integer(0, 0, 5));
   Define(L"FILEDIA", Integer(1, 0, 1));
   Define(L"INSUNITS", Integer(4, 0, 24));
-  Define(L"LASTPOINT", Point(RT3DPOINT, 0.0, 0.0));
-  Define(L"LIMMAX", Point(RTPOINT, 420.0, 297.0));
-  Define(L"LIMMIN", Point(RTPOINT, 0.0, 0.0));
+  Define(L"LASTPOINT", PointOfType(RT3DPOINT, 0.0, 0.0));
+  Define(L"LIMMAX", PointOfType(RTPOINT, 420.0, 297.0));
+  Define(L"LIMMIN", PointOfType(RTPOINT, 0.0, 0.0));
   Define(L"LTSCALE", Real(1.0, kSmallest, kGreatest));
   Define(L"LUNITS", Integer(2, 1, 5));
   Define(L"LUPREC", Integer(4, 0, 8));

@@ -20,5 +20,7 @@ inline std::wstring Folded(std::wstring_view name) {
 
 // Joins pairs of surrogates whatever the width of wchar_t; a single one becomes U+FFFD.
 std::string Utf8(std::wstring_view text);
+// The other way round; for each faulty sequence of bytes a U+FFFD.
+std::wstring FromUtf8(std::string_view bytes);
 
 }  // namespace lomlisp::embedded

@@ -79,6 +79,7 @@ void Drawing::Append(EntityList& list, Object& entity) {
   entity.list = &list;
   entity.position = list.members.size();
   list.members.push_back(&entity);
+  list.end = list.members.size();
   NoteChange(entity);
 }
 
@@ -93,7 +94,33 @@ void Drawing::AppendPart(Object& header, Object& part) {
 void Drawing::SetErased(Object& entity, bool isErased) {
   entity.isErased = isErased;
   for (Object* part : entity.parts) part->isErased = isErased;
+  if (EntityList* list = entity.list; list != nullptr && !isErased && entity.header == nullptr) {
+    list->begin = std::min(list->begin, entity.position);
+    list->end = std::max(list->end, entity.position + 1);
+  }
   NoteChange(entity);
+}
+
+Object* Drawing::First(EntityList& list) {
+  while (list.begin < list.end && list.members[list.begin]->isErased) ++list.begin;
+  return list.begin < list.end ? list.members[list.begin] : nullptr;
+}
+
+Object* Drawing::Last(EntityList& list) {
+  while (list.end > list.begin && list.members[list.end - 1]->isErased) --list.end;
+  return list.end > list.begin ? list.members[list.end - 1] : nullptr;
+}
+
+Object* Drawing::Next(const Object& entity) {
+  const auto firstLive = [](const std::vector<Object*>& objects, size_t from) {
+    const auto found = std::find_if(objects.begin() + static_cast<std::ptrdiff_t>(from), objects.end(),
+                                    [](const Object* object) { return !object->isErased; });
+    return found != objects.end() ? *found : nullptr;
+  };
+  const Object& member = entity.header != nullptr ? *entity.header : entity;
+  const size_t nextPart = entity.header != nullptr ? entity.position + 1 : 0;
+  if (Object* part = firstLive(member.parts, nextPart)) return part;
+  return member.list != nullptr ? firstLive(member.list->members, member.position + 1) : nullptr;
 }
 
 // --- Tables, blocks, objects, sections ---
@@ -146,6 +173,7 @@ BlockDefinition* Drawing::FindBlock(std::wstring_view name) {
 
 BlockDefinition& Drawing::AppendBlock(Object& begin, Object& end) {
   BlockDefinition& block = m_blocks.emplace_back();
+  block.position = m_blocks.size() - 1;
   block.begin = &begin;
   block.end = &end;
   block.content.block = &block;

@@ -51,12 +51,15 @@ struct BlockDefinition;
 // Entities in drawing order, headers without their parts. Erased ones keep their places.
 struct EntityList {
   std::vector<Object*> members;
+  size_t begin = 0;                  // all members in front of it are erased
+  size_t end = 0;                    // all members from there on are erased
   BlockDefinition* block = nullptr;  // whose content it is; null for the main list
 };
 
 struct BlockDefinition {
   Object* begin = nullptr;  // BLOCK
   Object* end = nullptr;    // ENDBLK
+  size_t position = 0;      // among the drawing's blocks
   EntityList content;
   std::wstring_view Name() const { return TextOf(begin->groups, kNameCode); }
 };
@@ -88,6 +91,9 @@ class Drawing {
   Drawing(const Drawing&) = delete;
   Drawing& operator=(const Drawing&) = delete;
   ~Drawing();
+
+  // Its number: greater than 0, and no other drawing of the process has it.
+  uint64_t Serial() const { return m_serial; }
 
   // --- Objects and their names ---
 
@@ -121,6 +127,13 @@ class Drawing {
   void AppendPart(Object& header, Object& part);
   // Erases an entity or restores it, with its parts.
   void SetErased(Object& entity, bool isErased);
+  // The first and the last entity of a list that are not erased, null when there is none. Erasing a list
+  // from either end, one by one, takes linear time.
+  static Object* First(EntityList& list);
+  static Object* Last(EntityList& list);
+  // The one behind an entity, which is not erased: its first part, the next part, or the next in its list;
+  // null at the end.
+  static Object* Next(const Object& entity);
 
   // --- Tables, blocks, objects, sections ---
 

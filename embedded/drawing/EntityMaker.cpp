@@ -27,11 +27,11 @@ bool BeginsParts(std::wstring_view type, const Groups& groups) {
 }
 
 // Sets the value of a group that is missing.
-void Default(Groups& groups, int code, Value value) {
+void Default(Groups& groups, int code, GroupValue value) {
   if (Find(groups, code) == nullptr) groups.push_back({code, std::move(value)});
 }
 
-void Set(Groups& groups, int code, Value value) {
+void Set(Groups& groups, int code, GroupValue value) {
   if (Group* group = Find(groups, code))
     group->value = std::move(value);
   else
@@ -105,7 +105,7 @@ Objection CheckOtherType(const Drawing& drawing, std::wstring_view type, const G
     return name + NotInThisVersion();
   }
   const bool hasMarker = std::any_of(own.begin(), own.end(), [](const Group& group) {
-    return group.code == kMarkerCode && group.value != Value(std::wstring(kCommonMarker));
+    return group.code == kMarkerCode && group.value != GroupValue(std::wstring(kCommonMarker));
   });
   if (hasMarker) return std::nullopt;
   return name + " needs its class markers (group 100)";
@@ -362,6 +362,7 @@ BlockDefinition& EntityMaker::DefineBlock(Draft begin, Draft end) {
   ClearContent(m_drawing, *old);
   Renew(*old->begin, std::move(begin), owner);
   Renew(*old->end, std::move(end), owner);
+  m_drawing.NoteChange(*old->begin);
   return *old;
 }
 

@@ -16,7 +16,7 @@ constexpr int kExtrusionCode = 210;
 
 // The classes of types that are not described may use these codes otherwise than AcDbEntity does.
 bool BeginsClass(const Group& group) {
-  return group.code == kMarkerCode && group.value != Value(std::wstring(kCommonMarker));
+  return group.code == kMarkerCode && group.value != GroupValue(std::wstring(kCommonMarker));
 }
 
 class Reading {

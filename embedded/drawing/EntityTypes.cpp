@@ -215,13 +215,13 @@ bool IsDefault(const Group& group) {
       return name != nullptr && Folded(*name) == L"BYLAYER";
     }
     case 39:
-      return group.value == Value(0.0);
+      return group.value == GroupValue(0.0);
     case 48:
-      return group.value == Value(1.0);
+      return group.value == GroupValue(1.0);
     case 60:
-      return group.value == Value(0LL);
+      return group.value == GroupValue(0LL);
     case 62:
-      return group.value == Value(256LL);
+      return group.value == GroupValue(256LL);
     default:
       return false;
   }

@@ -44,7 +44,7 @@ Objection WhyNoGroup(short type) {
   }
 }
 
-bool IsFinite(const Value& value) {
+bool IsFinite(const GroupValue& value) {
   if (const auto* real = std::get_if<double>(&value)) return std::isfinite(*real);
   if (const auto* point = std::get_if<Point>(&value))
     return std::isfinite(point->x) && std::isfinite(point->y) && std::isfinite(point->z);

@@ -26,11 +26,11 @@ struct Reference {
 };
 
 // Binary chunks are texts of hexadecimal digits, and so are handles that are no references (5, 105, 1005).
-using Value = std::variant<long long, double, Point, std::wstring, Reference>;
+using GroupValue = std::variant<long long, double, Point, std::wstring, Reference>;
 
 struct Group {
   int code = 0;
-  Value value;
+  GroupValue value;
   friend bool operator==(const Group&, const Group&) = default;
 };
 
@@ -42,6 +42,10 @@ enum class GroupKind { Text, Binary, Handle, Real, Point, Short, Long, Int64, Bo
 // Codes without a meaning of their own hold texts. For a code of which the x coordinate is written
 // under the code itself, y 10 and z 20 above it, the kind is Point.
 GroupKind KindOf(int code);
+
+// Whether a real of that code is an angle: in degrees in files and in the groups of objects, in radians
+// in the records that LISP and modules see.
+constexpr bool IsAngle(int code) { return code >= 50 && code <= 58; }
 
 // What a group begins that stands for itself in every object.
 inline constexpr int kTypeCode = 0;

@@ -32,12 +32,12 @@ bool IsFixed(int code) { return code == 66 || code == 67 || code == 410; }
 
 bool HasCommonMarker(const Groups& groups) {
   return std::any_of(groups.begin(), groups.end(), [](const Group& group) {
-    return group.code == kMarkerCode && group.value == Value(std::wstring(kCommonMarker));
+    return group.code == kMarkerCode && group.value == GroupValue(std::wstring(kCommonMarker));
   });
 }
 
 // The given value in the form of the stored one: with as many coordinates.
-Value InFormOf(const Value& stored, const Value& given) {
+GroupValue InFormOf(const GroupValue& stored, const GroupValue& given) {
   const auto* point = std::get_if<Point>(&given);
   if (point == nullptr) return given;
   if (std::holds_alternative<double>(stored)) return point->x;
@@ -217,7 +217,7 @@ class Merge {
       return;
     }
     Group& stored = m_merged.groups[place];
-    Value value = InFormOf(stored.value, group.value);
+    GroupValue value = InFormOf(stored.value, group.value);
     if (stored.value == value) return;
     stored.value = std::move(value);
     m_merged.changed.push_back(group);

@@ -2,6 +2,8 @@
 
 #include <lomlisp/platform/suite.h>
 
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace lomlisp::embedded {
@@ -9,7 +11,7 @@ namespace lomlisp::embedded {
 namespace {
 
 // The coordinates of a real that stands under the code of a point are (x 0 0).
-void SetPoint(ads_u_val& value, const Value& from) {
+void SetPoint(ads_u_val& value, const GroupValue& from) {
   Point point;
   if (const auto* whole = std::get_if<Point>(&from)) point = *whole;
   if (const auto* x = std::get_if<double>(&from)) point.x = *x;
@@ -19,17 +21,27 @@ void SetPoint(ads_u_val& value, const Value& from) {
 }
 
 template <typename Integer>
-Integer IntegerIn(const Value& value) {
+Integer IntegerIn(const GroupValue& value) {
   const auto* integer = std::get_if<long long>(&value);
   return integer != nullptr ? static_cast<Integer>(*integer) : Integer();
 }
 
-double RealIn(const Value& value) {
+double RealIn(const GroupValue& value) {
   const auto* real = std::get_if<double>(&value);
   return real != nullptr ? *real : 0.0;
 }
 
-void SetText(Record& record, const Value& value) {
+constexpr double kRadians = std::numbers::pi / 180.0;
+
+// The angle that a user would write: of the numbers that give just these radians the one with few digits.
+double Degrees(double radians) {
+  constexpr double kDigits = 1e10;
+  const double exact = radians / kRadians;
+  const double rounded = std::round(exact * kDigits) / kDigits;
+  return rounded * kRadians == radians ? rounded : exact;
+}
+
+void SetText(Record& record, const GroupValue& value) {
   const auto* text = std::get_if<std::wstring>(&value);
   record.hasText = text != nullptr;
   if (text != nullptr) record.text = *text;
@@ -49,7 +61,7 @@ void AppendRecord(Chain& chain, const Group& group, const Drawing& drawing) {
     case RT3DPOINT:
       return SetPoint(record.value, group.value);
     case RTREAL:
-      record.value.rreal = RealIn(group.value);
+      record.value.rreal = RealIn(group.value) * (IsAngle(group.code) ? kRadians : 1.0);
       return;
     case RTSHORT:
       record.value.rint = IntegerIn<short>(group.value);
@@ -85,7 +97,7 @@ std::optional<Group> ReadRecord(const Record& record, const Drawing& drawing, st
     case RT3DPOINT:
       return Group{record.type, Point{value.rpoint[0], value.rpoint[1], value.rpoint[2], false}};
     case RTREAL:
-      return Group{record.type, value.rreal};
+      return Group{record.type, IsAngle(record.type) ? Degrees(value.rreal) : value.rreal};
     case RTSHORT:
       return Group{record.type, static_cast<long long>(value.rint)};
     case RTLONG:

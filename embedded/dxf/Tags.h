@@ -13,7 +13,7 @@ namespace lomlisp::embedded {
 // As a group, but with every coordinate on its own.
 struct Tag {
   int code = 0;
-  Value value;
+  GroupValue value;
   uint64_t place = 0;  // where the code stands: the line, from 1, or the offset in a binary file
 };
 

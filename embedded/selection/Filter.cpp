@@ -25,7 +25,7 @@ constexpr int kSpaceCode = 67;
 constexpr int kLayoutCode = 410;
 
 // What an entity that leaves the group out has.
-std::optional<Value> DefaultOf(int code) {
+std::optional<GroupValue> DefaultOf(int code) {
   switch (code) {
     case 6:
       return L"BYLAYER";
@@ -175,7 +175,7 @@ struct Comparison {
   }
 };
 
-bool HoldsFor(const Test& test, const Value& value) {
+bool HoldsFor(const Test& test, const GroupValue& value) {
   return std::visit(Comparison{test.relations}, test.wanted, value);
 }
 
@@ -388,7 +388,7 @@ class Filter::Compiler {
   }
 
   // Takes the waiting relations for a value.
-  std::optional<Relations> RelationsFor(const Value& value) {
+  std::optional<Relations> RelationsFor(const GroupValue& value) {
     const auto waiting = std::exchange(m_waiting, std::nullopt);
     if (!waiting) return Relations{{Relation::Equal, Relation::Equal, Relation::Equal}};
     const auto& given = waiting->relations;
@@ -404,7 +404,7 @@ class Filter::Compiler {
   }
 
   // Why such a value cannot be compared so, or null.
-  static const char* Mismatch(const std::vector<Relation>& relations, const Value& value) {
+  static const char* Mismatch(const std::vector<Relation>& relations, const GroupValue& value) {
     const bool isPoint = std::holds_alternative<Point>(value);
     if (relations.size() > 1 && !isPoint) return "several relations for a value that is no point";
     const auto isAny = [&](auto... wanted) {
@@ -432,7 +432,7 @@ class Filter::Compiler {
     return AddTest(std::move(test));
   }
 
-  static Wanted WantedOf(Value value) {
+  static Wanted WantedOf(GroupValue value) {
     return std::visit(
         [](auto& given) -> Wanted {
           if constexpr (std::is_same_v<decltype(given), std::wstring&>)

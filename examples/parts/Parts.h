@@ -1,16 +1,11 @@
 // A first client module: small LISP functions over lists of parts.
 #pragma once
 
+#include <examples/LispFunction.h>
+
 #include <span>
 
 namespace parts {
-
-// A function under the name by which LISP calls it. It takes its arguments from the host, returns
-// its result to it, and gives a status code.
-struct LispFunction {
-  const wchar_t* name;
-  int (*call)();
-};
 
 // (COUNT-KINDS names)         each name with how often it occurs: (("bolt" . 2) ("nut" . 1))
 // (BOUNDING-BOX points)       the lower left and the upper right corner: ((0.0 0.0) (4.0 2.5))

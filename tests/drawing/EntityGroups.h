@@ -32,7 +32,7 @@ inline embedded::Chain ChainOf(const Drawing& drawing, const Object& object, con
   return ChainOf(drawing, all);
 }
 
-inline std::string ValueText(const embedded::Value& value) {
+inline std::string ValueText(const embedded::GroupValue& value) {
   struct Printer {
     std::string operator()(long long number) const { return std::to_string(number); }
     std::string operator()(double number) const {

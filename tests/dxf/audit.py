@@ -1,9 +1,10 @@
 #!/usr/bin/python3
-"""Looks at what was saved with another program: tests/dxf/audit.py IN OUT
+"""Looks at what was saved with another program: tests/dxf/audit.py [--changed] IN OUT
 
 IN and OUT are files or folders; for each IN/x.dxf there must be OUT/x.dxf and OUT/x.binary.dxf. Fails when
 ezdxf finds an error in what is in OUT that it does not find in what is in IN, and when a section has not the
-same groups in the same order with the same values. Comments and $HANDSEED may differ. The groups are read here,
+same groups in the same order with the same values. Comments and $HANDSEED may differ, and with --changed, when
+OUT was worked on, everything. The groups are read here,
 by the numbering of the format alone, so that nothing is put right on the way.
 """
 import functools
@@ -111,23 +112,24 @@ def errors_of(path):
     return {(error.code, error.message) for error in ezdxf.readfile(path).audit().errors}
 
 
-def check(old, new):
+def check(old, new, is_changed):
     problems = [f"error {code}: {message}" for code, message in sorted(errors_of(new) - errors_of(old))]
-    difference = compare(old, new)
+    difference = None if is_changed else compare(old, new)
     return problems + ([difference] if difference else [])
 
 
-def main(old, new):
+def main(old, new, is_changed):
     pairs = [(old, new)]
     if old.is_dir():
         pairs = [(path, (new / path.name).with_suffix(suffix))
                  for path in sorted(old.glob("*.dxf")) for suffix in (".dxf", ".binary.dxf")]
-    failed = [f"{two}: {problem}" for one, two in pairs for problem in check(one, two)]
+    failed = [f"{two}: {problem}" for one, two in pairs for problem in check(one, two, is_changed)]
     print(f"{len(pairs)} files, {len(failed)} problems")
     return "\n".join(failed) if failed or not pairs else 0
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    files = [argument for argument in sys.argv[1:] if argument != "--changed"]
+    if len(files) != 2:
         sys.exit(__doc__)
-    sys.exit(main(Path(sys.argv[1]), Path(sys.argv[2])))
+    sys.exit(main(Path(files[0]), Path(files[1]), "--changed" in sys.argv))

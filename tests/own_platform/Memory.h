@@ -1,0 +1,7 @@
+// What a platform of one's own counts.
+#pragma once
+
+#include <lomlisp/platform/ads.h>
+
+int LiveBlocks();
+int PrintedTexts();
