@@ -45,7 +45,8 @@ Groups EntryGroups(const Drawing& drawing, const Table& table, std::wstring_view
 void AddHandle(const Drawing& drawing, Object& object) {
   if (!drawing.hasHandles) return;
   const int code = object.Type() == L"DIMSTYLE" ? kDimStyleHandleCode : kHandleCode;
-  object.groups.insert(object.groups.begin() + 1, Group{code, HandleText(object.handle)});
+  const int place = object.Type() == L"TABLE" ? 2 : 1;
+  object.groups.insert(object.groups.begin() + place, Group{code, HandleText(object.handle)});
 }
 
 }  // namespace lomlisp::embedded

@@ -11,7 +11,8 @@ namespace lomlisp::embedded {
 // name, then `groups`.
 Groups EntryGroups(const Drawing& drawing, const Table& table, std::wstring_view name, Groups groups);
 
-// Puts the object's handle behind its type, where the drawing's file holds handles.
+// Puts the object's handle behind its type, of a TABLE behind its name, where the drawing's file holds
+// handles.
 void AddHandle(const Drawing& drawing, Object& object);
 
 // The class of the entries of a table: "AcDbLayerTableRecord" for LAYER.

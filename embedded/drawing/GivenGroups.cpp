@@ -99,19 +99,13 @@ class Reading {
 
   Objection TakeGroup(const Record& record) {
     std::string objection;
-    auto group =
-        record.type == RTDXF0 ? ReadType(record, objection) : ReadRecord(record, m_drawing, objection);
+    auto group = ReadRecord(record, m_drawing, objection);
     if (!group) return objection;
     MakeReal(*group);
     if (!IsFinite(group->value)) return AboutGroup(group->code) + "no finite number";
     if (group->code >= kFirstExtendedCode) return TakeExtended(std::move(*group));
     m_isInExtended = false;
     return TakeOwn(std::move(*group));
-  }
-
-  std::optional<Group> ReadType(Record record, std::string& objection) {
-    record.type = kTypeCode;
-    return ReadRecord(record, m_drawing, objection);
   }
 
   Objection TakeOwn(Group group) {

@@ -87,27 +87,28 @@ std::optional<Group> ReadRecord(const Record& record, const Drawing& drawing, st
     objection = std::string(why) + " (type " + std::to_string(record.type) + ")";
     return std::nullopt;
   };
-  const short type = DxfType(record.type);
-  if (type == record.type) return fail("a record that is no group");
+  const short code = record.type == RTDXF0 ? static_cast<short>(kTypeCode) : record.type;
+  const short type = DxfType(code);
+  if (type == code) return fail("a record that is no group");
   const ads_u_val& value = record.value;
   switch (type) {
     case RTSTR:
       if (!record.hasText) return fail("a group without a text");
-      return Group{record.type, record.text};
+      return Group{code, record.text};
     case RT3DPOINT:
-      return Group{record.type, Point{value.rpoint[0], value.rpoint[1], value.rpoint[2], false}};
+      return Group{code, Point{value.rpoint[0], value.rpoint[1], value.rpoint[2], false}};
     case RTREAL:
-      return Group{record.type, IsAngle(record.type) ? Degrees(value.rreal) : value.rreal};
+      return Group{code, IsAngle(code) ? Degrees(value.rreal) : value.rreal};
     case RTSHORT:
-      return Group{record.type, static_cast<long long>(value.rint)};
+      return Group{code, static_cast<long long>(value.rint)};
     case RTLONG:
-      return Group{record.type, static_cast<long long>(value.rlong)};
+      return Group{code, static_cast<long long>(value.rlong)};
     case RTINT64:
-      return Group{record.type, static_cast<long long>(value.mnInt64)};
+      return Group{code, static_cast<long long>(value.mnInt64)};
     case RTENAME: {
       const auto handle = drawing.HandleOf(value.rlname);
       if (!handle) return fail("the name of no object of this drawing");
-      return Group{record.type, Reference{*handle}};
+      return Group{code, Reference{*handle}};
     }
     default:
       return fail("a record that is no group");

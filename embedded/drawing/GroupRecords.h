@@ -9,11 +9,13 @@
 
 namespace lomlisp::embedded {
 
-// Appends the group's record; nothing for a code that no record can have.
+// Appends the group's record; nothing for a code that no record can have. Angles become radians, integers are
+// cut to the width of the record's value.
 void AppendRecord(Chain& chain, const Group& group, const Drawing& drawing);
 
-// The group that a record is; the drawing gives names their handles. Says why not, for a record
-// that is no group and for a name of another drawing.
+// The group that a record is, for an RTDXF0 the type (0). Angles become degrees; the drawing gives names
+// their handles. Says why not, for a record that is no group or has no text, and for a name of another
+// drawing.
 std::optional<Group> ReadRecord(const Record& record, const Drawing& drawing, std::string& objection);
 
 }  // namespace lomlisp::embedded

@@ -40,7 +40,8 @@ Object& AddObject(Drawing& drawing, Groups groups) {
 
 Table& AddTable(Drawing& drawing, const wchar_t* name) {
   return drawing.AppendTable(AddObject(
-      drawing, {Text(0, L"TABLE"), Text(2, name), {330, Reference{}}, Text(100, L"AcDbSymbolTable")}));
+      drawing,
+      {Text(0, L"TABLE"), Text(2, name), {330, Reference{}}, Text(100, L"AcDbSymbolTable"), Integer(70, 0)}));
 }
 
 void FillTables(Drawing& drawing) {

@@ -285,12 +285,9 @@ class Filter::Compiler {
     return TakeTest(std::move(*group));
   }
 
-  // The type of an entity may come as RTDXF0.
   std::optional<Group> ReadGroup() {
-    Record record = m_chain[m_record];
-    if (record.type == RTDXF0) record.type = kTypeCode;
     std::string why;
-    auto group = ReadRecord(record, m_drawing, why);
+    auto group = ReadRecord(m_chain[m_record], m_drawing, why);
     if (!group) Fail(why);
     return group;
   }

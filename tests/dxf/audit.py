@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Looks at what was saved with another program: tests/dxf/audit.py [--changed] IN OUT
 
-IN and OUT are files or folders; for each IN/x.dxf there must be OUT/x.dxf and OUT/x.binary.dxf. Fails when
+IN and OUT are files or folders; for each IN/x.dxf there must be OUT/x.dxf and OUT/x.binary.dxf, or with
+--changed for each OUT/x.dxf the IN/x.dxf that it was. Fails when
 ezdxf finds an error in what is in OUT that it does not find in what is in IN, and when a section has not the
 same groups in the same order with the same values. Comments and $HANDSEED may differ, and with --changed, when
 OUT was worked on, everything. The groups are read here,
@@ -120,7 +121,9 @@ def check(old, new, is_changed):
 
 def main(old, new, is_changed):
     pairs = [(old, new)]
-    if old.is_dir():
+    if old.is_dir() and is_changed:
+        pairs = [(old / path.name, path) for path in sorted(new.glob("*.dxf"))]
+    elif old.is_dir():
         pairs = [(path, (new / path.name).with_suffix(suffix))
                  for path in sorted(old.glob("*.dxf")) for suffix in (".dxf", ".binary.dxf")]
     failed = [f"{two}: {problem}" for one, two in pairs for problem in check(one, two, is_changed)]
