@@ -83,11 +83,11 @@ void AppendRecord(Chain& chain, const Group& group, const Drawing& drawing) {
 }
 
 std::optional<Group> ReadRecord(const Record& record, const Drawing& drawing, std::string& objection) {
+  const short code = record.type == RTDXF0 ? static_cast<short>(kTypeCode) : record.type;
   const auto fail = [&](const char* why) {
-    objection = std::string(why) + " (type " + std::to_string(record.type) + ")";
+    objection = std::string(why) + " (type " + std::to_string(code) + ")";
     return std::nullopt;
   };
-  const short code = record.type == RTDXF0 ? static_cast<short>(kTypeCode) : record.type;
   const short type = DxfType(code);
   if (type == code) return fail("a record that is no group");
   const ads_u_val& value = record.value;
