@@ -103,7 +103,7 @@ void SetFileName(SystemVariables& variables, const std::filesystem::path& path) 
 }  // namespace
 
 Session& Host::CurrentSession() {
-  if (!m_session) m_session = std::make_unique<Session>(std::make_unique<Drawing>());
+  if (!m_session) m_session = std::make_unique<Session>(std::make_unique<Drawing>(), switches.selectionSets);
   return *m_session;
 }
 
@@ -112,7 +112,7 @@ Drawing& Host::CurrentDrawing() { return *CurrentSession().drawing; }
 std::optional<DxfError> Host::Open(const std::filesystem::path& path, const DxfProgress& progress) {
   DxfOpened opened = OpenDxf(path, progress);
   if (opened.error) return opened.error;
-  m_session = std::make_unique<Session>(std::move(opened.drawing));
+  m_session = std::make_unique<Session>(std::move(opened.drawing), switches.selectionSets);
   TakeVariables(CurrentDrawing(), variables);
   SetFileName(variables, path);
   return std::nullopt;

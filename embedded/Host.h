@@ -31,6 +31,8 @@ struct Switches {
   bool pointsAsRecords = true;    // a list of two or three reals arrives as RTPOINT / RT3DPOINT
   bool foldSingleList = true;     // acedRetList of exactly one bracketed list gives that list
   bool unboundGivesNull = false;  // acedGetSym of an unbound symbol: a null chain, not RTNIL
+  size_t selectionSets = 128;     // how many a module can have at a time; counts for the next drawing
+  bool newestFirst = false;       // sets of mode X begin with the newest entity, not with the oldest
 };
 
 // The command line.

@@ -17,8 +17,8 @@
 namespace lomlisp::embedded {
 
 struct Session {
-  explicit Session(std::unique_ptr<Drawing> opened)
-      : drawing(std::move(opened)), maker(*drawing), picker(*drawing) {}
+  Session(std::unique_ptr<Drawing> opened, size_t selectionSets)
+      : drawing(std::move(opened)), maker(*drawing), picker(*drawing), sets(selectionSets) {}
 
   std::unique_ptr<Drawing> drawing;
   EntityMaker maker;

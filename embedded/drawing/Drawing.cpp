@@ -38,10 +38,19 @@ Object& Drawing::NewObject(Groups groups, uint64_t handle) {
   object.handle = handle != 0 ? handle : m_nextHandle;
   object.groups = std::move(groups);
   m_byHandle.emplace(object.handle, &object);
-  // The greatest handle of all leaves no room above it; the next free one is looked for below.
   if (object.handle >= m_nextHandle) m_nextHandle = object.handle + 1;
-  while (m_nextHandle == 0 || m_byHandle.contains(m_nextHandle)) ++m_nextHandle;
+  SkipUsedHandles();
   return object;
+}
+
+// The greatest handle of all leaves no room above it: then the free ones below are taken.
+void Drawing::SkipUsedHandles() {
+  while (!IsFree(m_nextHandle)) ++m_nextHandle;
+}
+
+void Drawing::RaiseNextHandle(uint64_t handle) {
+  m_nextHandle = std::max(m_nextHandle, handle);
+  SkipUsedHandles();
 }
 
 bool Drawing::IsFree(uint64_t handle) const { return handle != 0 && !m_byHandle.contains(handle); }

@@ -103,9 +103,10 @@ class Drawing {
   Object& NewObject(Groups groups, uint64_t handle = 0);
   // Whether a handle is neither 0 nor in use.
   bool IsFree(uint64_t handle) const;
-  // The handle that the next object gets, greater than all in use.
+  // The handle that the next object gets: greater than all in use, or where there is none a free one.
   uint64_t NextHandle() const { return m_nextHandle; }
-  void RaiseNextHandle(uint64_t handle) { m_nextHandle = m_nextHandle > handle ? m_nextHandle : handle; }
+  // Lets the next handle be no less than that.
+  void RaiseNextHandle(uint64_t handle);
 
   // Erased objects too; null when there is none.
   Object* FindHandle(uint64_t handle) const;
@@ -183,6 +184,8 @@ class Drawing {
   size_t regenerations = 0;
 
  private:
+  void SkipUsedHandles();
+
   uint64_t m_serial;
   uint64_t m_nextHandle = 1;
   std::deque<Object> m_all;

@@ -148,7 +148,9 @@ uint64_t SpaceOf(Drawing& drawing, const Groups& groups) {
 
 // Erases what is in a block for good: what is in no list cannot be restored.
 void ClearContent(Drawing& drawing, BlockDefinition& block) {
-  for (Object* entity : std::exchange(block.content.members, {})) {
+  EntityList& content = block.content;
+  content.begin = content.end = 0;
+  for (Object* entity : std::exchange(content.members, {})) {
     drawing.SetErased(*entity, true);
     entity->list = nullptr;
     for (Object* part : entity->parts) part->list = nullptr;

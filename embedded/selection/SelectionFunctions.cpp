@@ -188,6 +188,8 @@ class SelectionCall {
     if (selected.status != RTNORM) return Fail(selected);
     std::erase_if(selected.entities, [&](const Object* entity) { return !filter->Matches(*entity); });
     if (selected.entities.empty()) return m_call.Refuse("nothing is selected");
+    if (host.switches.newestFirst && m_request.mode == SelectionMode::Everything)
+      std::reverse(selected.entities.begin(), selected.entities.end());
     return Give(session, std::move(selected.entities), set);
   }
 

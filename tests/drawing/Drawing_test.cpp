@@ -63,6 +63,9 @@ TEST_F(DrawingTest, GivenHandlesAreKeptAndNeverGivenAgain) {
   const uint64_t next = drawing.NewObject({{0, L"LINE"}}).handle;
   EXPECT_NE(next, 0u);
   EXPECT_TRUE(drawing.IsFree(drawing.NextHandle()));
+  drawing.RaiseNextHandle(0xABC);
+  EXPECT_TRUE(drawing.IsFree(drawing.NextHandle()));
+  EXPECT_EQ(drawing.NewObject({{0, L"LINE"}}).handle, 0xABEu);
 }
 
 TEST_F(DrawingTest, ChangesAreGivenOnceEachAndPartsCountAsTheirHeader) {

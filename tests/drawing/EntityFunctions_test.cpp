@@ -307,6 +307,34 @@ TEST_F(EntityFunctions, BlocksAreATableWithoutTheSpaces) {
   EXPECT_EQ(drawing.FindName(name.words), &begin);
 }
 
+TEST_F(EntityFunctions, BlocksThatAreDefinedAnewBeginWithTheirNewContent) {
+  const auto define = [&](std::vector<double> points) {
+    EXPECT_EQ(MakeStatus(L"((0 . \"BLOCK\") (2 . \"Dots\") (70 . 0))"), RTERROR) << "without its point";
+    const double origin[3] = {};
+    ADSList block;
+    CLOMAdsLisp::List(CLOMAdsLispVar(CLOMAdsLisp::Cons(0, L"BLOCK")),
+                      CLOMAdsLispVar(CLOMAdsLisp::Cons(2, L"Dots")), CLOMAdsLispVar(CLOMAdsLisp::Cons(70, 0)),
+                      CLOMAdsLisp::List(10, origin))
+        .LispToDXF(block);
+    EXPECT_EQ(acdbEntMake(block), RTNORM) << Reason("acdbEntMake");
+    for (const double x : points) EXPECT_EQ(MakeAt(L"POINT", x), RTNORM);
+    EXPECT_EQ(MakeStatus(L"((0 . \"ENDBLK\"))"), RTNORM) << Reason("acdbEntMake");
+  };
+  embedded::BlockDefinition* block = nullptr;
+  for (const std::vector<double>& points : {std::vector<double>{1, 2, 3}, {4}, {}, {5, 6}}) {
+    define(points);
+    block = TheDrawing().FindBlock(L"DOTS");
+    ASSERT_NE(block, nullptr);
+    const Object* first = Drawing::First(block->content);
+    ASSERT_EQ(first != nullptr, !points.empty());
+    if (points.empty()) continue;
+    EXPECT_EQ(PointOf(first->groups, 10).x, points.front());
+    EXPECT_EQ(PointOf(Drawing::Last(block->content)->groups, 10).x, points.back());
+    TheDrawing().SetErased(*block->content.members.front(), true);
+    Drawing::First(block->content);
+  }
+}
+
 TEST_F(EntityFunctions, EntriesHaveNames) {
   Name name;
   ASSERT_EQ(acdbTblObjName(L"LAYER", L"0", name.words), RTNORM);

@@ -283,6 +283,22 @@ TEST_F(SelectionFunctions, WindowsSeeWhatBlocksHave) {
   EXPECT_EQ(Get(L"W", lower, upper).status, RTERROR);
 }
 
+TEST_F(SelectionFunctions, SwitchesSetTheOrderAndTheNumberOfSets) {
+  host.switches.newestFirst = true;
+  host.switches.selectionSets = 2;
+  AddLine(0);
+  AddLine(10);
+  AddLine(20);
+  EXPECT_EQ(Members(Get(L"X")), "20 10 0");
+  EXPECT_EQ(Members(Get(L"A")), "0 10 20");
+  const Set first = Get(L"X");
+  const Set second = Get(L"X");
+  EXPECT_EQ(Get(L"X").status, RTERROR);
+  EXPECT_EQ(acedSSFree(first.name), RTNORM);
+  EXPECT_EQ(acedSSFree(second.name), RTNORM);
+  EXPECT_EQ(Get(L"X").status, RTNORM);
+}
+
 TEST_F(SelectionFunctions, ErasedMembersStayInTheirSetsAndAreNotSelectedAgain) {
   Object& line = AddLine(0);
   AddLine(10);
