@@ -1,4 +1,4 @@
-#include <embedded/selection/SelectionRequest.h>
+#include <embedded/SelectionRequest.h>
 
 #include <embedded/Session.h>
 

@@ -2,9 +2,9 @@
 #include <lomlisp/platform/modules.h>
 
 #include <embedded/PlatformCall.h>
+#include <embedded/SelectionRequest.h>
 #include <embedded/Session.h>
 #include <embedded/selection/Filter.h>
-#include <embedded/selection/SelectionRequest.h>
 
 #include <algorithm>
 #include <optional>
