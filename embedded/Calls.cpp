@@ -230,6 +230,7 @@ class Evaluation {
   CallResult Run(const std::vector<Step>& steps) {
     for (const Step& step : steps) std::visit([this](const auto& one) { Do(one); }, step);
     m_result.errors = std::move(m_errors);
+    m_result.notices = std::move(m_notices);
     return std::move(m_result);
   }
 
@@ -257,8 +258,9 @@ class Evaluation {
     const Pending call = std::move(m_pending.back());
     m_pending.pop_back();
     m_result = m_host.Call(call.function, call.arguments);
-    for (const std::string& error : m_result.errors)
-      m_errors.push_back(m_pending.empty() ? error : Utf8(call.function) + ": " + error);
+    const std::string inner = m_pending.empty() ? std::string() : Utf8(call.function) + ": ";
+    for (const std::string& error : m_result.errors) m_errors.push_back(inner + error);
+    for (const std::string& notice : m_result.notices) m_notices.push_back(inner + notice);
     if (!m_pending.empty()) Push(m_result.value);
   }
 
@@ -266,6 +268,7 @@ class Evaluation {
   std::vector<Pending> m_pending;
   CallResult m_result;
   std::vector<std::string> m_errors;
+  std::vector<std::string> m_notices;
 };
 
 }  // namespace
@@ -276,18 +279,35 @@ Chain Shaped(Chain value, const Switches& switches) {
   return switches.dotted == Switches::Dotted::AtEnd ? WithDotsAtEnd(std::move(value)) : value;
 }
 
-void Host::Define(std::wstring_view name, Function function) {
-  m_functions.insert_or_assign(Folded(name), std::move(function));
+void Host::Define(std::wstring_view name, Function function, const void* owner) {
+  m_functions.insert_or_assign(Folded(name), Definition{std::move(function), owner});
+}
+
+bool Host::Undefine(std::wstring_view name, const void* owner) {
+  const auto found = m_functions.find(Folded(name));
+  if (found == m_functions.end() || found->second.owner != owner) return false;
+  m_functions.erase(found);
+  return true;
+}
+
+void Host::UndefineAll(const void* owner) {
+  std::erase_if(m_functions, [owner](const auto& entry) { return entry.second.owner == owner; });
 }
 
 bool Host::IsDefined(std::wstring_view name) const { return m_functions.contains(Folded(name)); }
+
+std::vector<std::wstring> Host::FunctionNames() const {
+  std::vector<std::wstring> names;
+  for (const auto& [name, definition] : m_functions) names.push_back(name);
+  return names;
+}
 
 CallResult Host::Call(std::wstring_view name, const Chain& arguments) {
   const std::wstring folded = Folded(name);
   const auto found = m_functions.find(folded);
   if (found == m_functions.end()) return Failed("no function is named " + Utf8(folded));
   // A copy: the function may define itself anew.
-  const Function function = found->second;
+  const Function function = found->second.function;
   return Run(Utf8(folded), function, arguments);
 }
 
@@ -303,23 +323,35 @@ CallResult Host::Evaluate(std::wstring_view expression) {
   return steps ? Evaluation(*this).Run(*steps) : Failed(std::move(error));
 }
 
+// Misuse of the heap is the fault of the function during which it came to light, at the latest when its
+// arguments were freed.
 CallResult Host::Run(const std::string& name, const Function& function, Chain arguments) {
+  const size_t known = ledger.FaultCount();
+  // Before the arguments, so that their blocks bear the name of whoever keeps them.
+  ledger.SetFunction(name);
+  CallResult result = RunInFrame(name, function, std::move(arguments));
+  ledger.SetFunction(m_frames.empty() ? std::string() : m_frames.back()->name);
+  for (std::string& fault : ledger.TakeFaults(known)) result.errors.push_back(std::move(fault));
+  return result;
+}
+
+CallResult Host::RunInFrame(const std::string& name, const Function& function, Chain arguments) {
   const ArgumentChain chain(Shaped(std::move(arguments), switches), ledger);
   Frame frame;
   frame.name = name;
   frame.arguments = chain.First();
   m_frames.push_back(&frame);
-  ledger.SetFunction(name);
   CallResult result;
   auto error = Invoke(function, result.status);
   m_frames.pop_back();
-  ledger.SetFunction(m_frames.empty() ? std::string() : m_frames.back()->name);
 
   result.errors = std::move(frame.errors);
   if (error) result.errors.push_back(std::move(*error));
   if (!chain.IsUnchanged()) result.errors.emplace_back("the argument chain was changed");
   result.kind = frame.kind;
   result.value = frame.result ? std::move(*frame.result) : Chain{Mark(RTNIL)};
+  if (result.status == RTNORM && result.kind == CallResult::Kind::Nothing)
+    result.notices.emplace_back("no result");
   return result;
 }
 
@@ -353,6 +385,17 @@ Chain ListOf(const resbuf* chain) {
   return Bracketed(std::move(items));
 }
 
+int ReturnRecord(PlatformCall& call, const resbuf* record, CallResult::Kind kind = CallResult::Kind::Value) {
+  call.Takes(record);
+  return call.Run([&] { return SetResult(kind, Capture(record)); });
+}
+
+int ReturnMark(const char* function, short type, CallResult::Kind kind = CallResult::Kind::Value) {
+  PlatformCall call(function);
+  const resbuf record{nullptr, type, {}};
+  return ReturnRecord(call, &record, kind);
+}
+
 }  // namespace
 
 resbuf* acedGetArgs() {
@@ -364,16 +407,66 @@ resbuf* acedGetArgs() {
 
 int acedRetVal(const resbuf* record) {
   PlatformCall call("acedRetVal");
-  call.Takes(record);
   if (record == nullptr)
     call.Object("no record");
   else if (record->rbnext != nullptr)
     call.Object("more than one record");
-  return call.Run([&] { return SetResult(CallResult::Kind::Value, Capture(record)); });
+  return ReturnRecord(call, record);
 }
 
 int acedRetList(const resbuf* chain) {
   PlatformCall call("acedRetList");
   call.Takes(chain, Place::InsideOfList);
   return call.Run([&] { return SetResult(CallResult::Kind::List, ListOf(chain)); });
+}
+
+int acedRetVoid() { return ReturnMark("acedRetVoid", RTVOID, CallResult::Kind::Void); }
+
+int acedRetNil() { return ReturnMark("acedRetNil", RTNIL); }
+
+int acedRetT() { return ReturnMark("acedRetT", RTT); }
+
+int acedRetInt(int value) {
+  PlatformCall call("acedRetInt");
+  resbuf record{nullptr, RTLONG, {}};
+  record.resval.rlong = value;
+  if (std::in_range<short>(value)) {
+    record.restype = RTSHORT;
+    record.resval.rint = static_cast<short>(value);
+  }
+  return ReturnRecord(call, &record);
+}
+
+int acedRetReal(ads_real value) {
+  PlatformCall call("acedRetReal");
+  const resbuf record{nullptr, RTREAL, {.rreal = value}};
+  return ReturnRecord(call, &record);
+}
+
+int acedRetStr(const ACHAR* text) {
+  PlatformCall call("acedRetStr");
+  if (text == nullptr) call.Object("no text");
+  // A record cannot hold a text that may not be changed; this one is only read.
+  const resbuf record{nullptr, RTSTR, {.rstring = const_cast<ACHAR*>(text)}};
+  return ReturnRecord(call, &record);
+}
+
+int acedRetPoint(const ads_point point) {
+  PlatformCall call("acedRetPoint");
+  if (point == nullptr) {
+    call.Object("no point");
+    return ReturnRecord(call, nullptr);
+  }
+  const resbuf record{nullptr, RT3DPOINT, {.rpoint = {point[0], point[1], point[2]}}};
+  return ReturnRecord(call, &record);
+}
+
+int acedRetName(const ads_name name, int type) {
+  PlatformCall call("acedRetName");
+  if (name == nullptr || (type != RTENAME && type != RTPICKS)) {
+    call.Object(name == nullptr ? "no name" : "a type that is neither RTENAME nor RTPICKS");
+    return ReturnRecord(call, nullptr);
+  }
+  const resbuf record{nullptr, static_cast<short>(type), {.rlname = {name[0], name[1]}}};
+  return ReturnRecord(call, &record);
 }

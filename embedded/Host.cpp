@@ -14,6 +14,7 @@ Host& Host::Instance() {
 }
 
 void Host::Reset() {
+  modules.UnloadAll();
   switches = {};
   console.Reset();
   log.Reset();

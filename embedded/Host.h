@@ -10,6 +10,7 @@
 #include <embedded/Answers.h>
 #include <embedded/Chain.h>
 #include <embedded/Ledger.h>
+#include <embedded/Modules.h>
 #include <embedded/dxf/Dxf.h>
 
 #include <cstdint>
@@ -142,11 +143,12 @@ class SystemVariables {
 
 // What came of a call.
 struct CallResult {
-  enum class Kind { Nothing, Value, List };
-  Kind kind = Kind::Nothing;        // which of acedRetVal and acedRetList was called, if any
-  Chain value;                      // what LISP gets, one item: nil for Nothing
+  enum class Kind { Nothing, Void, Value, List };
+  Kind kind = Kind::Nothing;        // how it returned: not at all, by acedRetVoid, by acedRetList, or else
+  Chain value;                      // what LISP gets, one item: nil for Nothing and Void
   int status = RTNORM;              // what the function gave back
-  std::vector<std::string> errors;  // two results, a changed argument chain, an exception, ...
+  std::vector<std::string> errors;  // two results, a changed argument chain, a double free, an exception, ...
+  std::vector<std::string> notices;  // what is allowed but seldom meant: a good status without a result
   std::wstring Text() const { return ToText(value); }
 };
 
@@ -168,6 +170,7 @@ class Host {
   SystemVariables variables;
   Ledger ledger;
   Answers answers;
+  Modules modules;
 
   // --- The drawing ---
 
@@ -185,8 +188,15 @@ class Host {
 
   // --- LISP functions ---
 
-  void Define(std::wstring_view name, Function function);
+  // A function may belong to an owner, which stands for itself alone. A name that is defined already is
+  // defined anew, whoever owned it.
+  void Define(std::wstring_view name, Function function, const void* owner = nullptr);
+  // False unless the name is defined and is that owner's.
+  bool Undefine(std::wstring_view name, const void* owner = nullptr);
+  void UndefineAll(const void* owner);
   bool IsDefined(std::wstring_view name) const;
+  // In upper case, in alphabetical order.
+  std::vector<std::wstring> FunctionNames() const;
   // Calls with the items of a chain as arguments; calls may nest. An unknown function is an error
   // of the result.
   CallResult Call(std::wstring_view name, const Chain& arguments);
@@ -196,6 +206,8 @@ class Host {
   // 'quoted items, symbols, or calls of defined functions. Nothing is called when there is an error
   // in the text; the errors of the inner calls are among those of the result.
   CallResult Evaluate(std::wstring_view expression);
+  // Calls a function that LISP does not know; the books know it under that name.
+  CallResult Run(const std::string& name, const Function& function, Chain arguments);
 
   // --- For the platform functions: the call that is going on ---
 
@@ -205,6 +217,7 @@ class Host {
     std::optional<Chain> result;
     CallResult::Kind kind = CallResult::Kind::Nothing;
     std::vector<std::string> errors;
+    int code = RTERROR;  // a module's code for the function
   };
   Frame* CurrentFrame() { return m_frames.empty() ? nullptr : m_frames.back(); }
   // The drawing with what hangs on it.
@@ -213,10 +226,14 @@ class Host {
  private:
   Host();
   ~Host();
-  CallResult Run(const std::string& name, const Function& function, Chain arguments);
+  CallResult RunInFrame(const std::string& name, const Function& function, Chain arguments);
 
+  struct Definition {
+    Function function;
+    const void* owner;
+  };
   std::unique_ptr<Session> m_session;
-  std::map<std::wstring, Function> m_functions;
+  std::map<std::wstring, Definition> m_functions;
   std::vector<Frame*> m_frames;
 };
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -382,6 +383,16 @@ void Ledger::CheckGuards() {
 }
 
 std::vector<std::string> Ledger::TakeFaults() { return std::exchange(m_books->faults, {}); }
+
+std::vector<std::string> Ledger::TakeFaults(size_t known) {
+  std::vector<std::string>& faults = m_books->faults;
+  const auto first = faults.begin() + static_cast<std::ptrdiff_t>(std::min(known, faults.size()));
+  std::vector<std::string> taken(std::make_move_iterator(first), std::make_move_iterator(faults.end()));
+  faults.erase(first, faults.end());
+  return taken;
+}
+
+size_t Ledger::FaultCount() const { return m_books->faults.size(); }
 
 void Ledger::Fault(std::string text) { m_books->faults.push_back(std::move(text)); }
 

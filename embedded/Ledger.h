@@ -68,6 +68,9 @@ class Ledger {
   void CheckGuards();
   // What went wrong since the last call, a line each; empty when nothing did.
   std::vector<std::string> TakeFaults();
+  // The same without those that were there when there were `known` of them; they stay.
+  std::vector<std::string> TakeFaults(size_t known);
+  size_t FaultCount() const;
   void Fault(std::string text);
 
   // Which LISP function is being called from now on; for Block::function.

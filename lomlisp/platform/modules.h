@@ -42,4 +42,60 @@ int acdbRegApp(const ACHAR* application);
 // The entity name that belongs to a handle, a text of hexadecimal digits.
 int acdbHandEnt(const ACHAR* handle, ads_name object);
 
+// --- The LISP functions of a module ---
+//
+// A module gives its functions codes of its own, from 0. A function is called through the handler of its
+// code, or, when there is none, by an invoke message to the module's entry point. It belongs to the module
+// that defines it, and goes with it.
+
+// Defines a function, to be called from a message or a function of the module. A name that is defined
+// already is defined anew.
+int acedDefun(const ACHAR* name, short code);
+// RTERROR unless the module defined that name with that code.
+int acedUndef(const ACHAR* name, short code);
+// The handler of a code. It returns RTNORM, or RTERROR when the call has failed.
+int acedRegFunc(int (*handler)(), int code);
+// The code of the function that is being called; RTERROR when there is none.
+int acedGetFunCode();
+
+// Results, beside acedRetVal and acedRetList of ads.h. A function that returns none gives nil.
+
+// Nothing: LISP sees nil, and the command line does not print it.
+int acedRetVoid();
+int acedRetNil();
+int acedRetT();
+int acedRetInt(int value);
+int acedRetReal(ads_real value);
+int acedRetStr(const ACHAR* text);
+int acedRetPoint(const ads_point point);
+// `type` is RTENAME for an entity and RTPICKS for a selection set.
+int acedRetName(const ads_name name, int type);
+
+// --- The entry point of a module ---
+
+namespace AcRx {
+
+enum AppMsgCode {
+  kNullMsg = 0,
+  kInitAppMsg = 1,    // the module was loaded
+  kUnloadAppMsg = 2,  // the module is about to be unloaded
+  kLoadDwgMsg = 3,    // a drawing is open: functions are defined now
+  kUnloadDwgMsg = 4,  // the drawing is about to be closed
+  kInvkSubrMsg = 5,   // a function without a handler is called: acedGetFunCode tells which
+};
+
+enum AppRetCode { kRetOK = 0, kRetError = 3 };
+
+}  // namespace AcRx
+
+// Written by the module, under exactly this name. `packet` stands for the module in the calls below.
+// kRetError in answer to kInitAppMsg or kLoadDwgMsg refuses to be loaded, in answer to kInvkSubrMsg fails
+// the call.
+extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
+
+// Allows the module to be unloaded, which at first it is not.
+bool acrxUnlockApplication(void* packet);
+// Says that the module can work on more than one drawing.
+bool acrxRegisterAppMDIAware(void* packet);
+
 #endif

@@ -183,11 +183,40 @@ TEST_F(CallsTest, AChangedArgumentChainIsAnError) {
 
 TEST_F(CallsTest, TheArgumentsCannotBeFreed) {
   host.Define(L"FREE", [] { return acutRelRb(acedGetArgs()); });
-  EXPECT_EQ(host.Call(L"FREE", L"1 \"a\"").errors, Errors());
-  const auto faults = host.ledger.TakeFaults();
-  ASSERT_EQ(faults.size(), 3U);
-  for (const std::string& fault : faults) EXPECT_TRUE(fault.starts_with("freed a block that is the host's"));
+  const Errors errors = host.Call(L"FREE", L"1 \"a\"").errors;
+  ASSERT_EQ(errors.size(), 3U);
+  for (const std::string& error : errors) EXPECT_TRUE(error.starts_with("freed a block that is the host's"));
+  EXPECT_EQ(host.ledger.TakeFaults(), Errors()) << "the call has told them";
   EXPECT_EQ(host.ledger.Live(Owner::Host).blocks, 0U);
+}
+
+TEST_F(CallsTest, HeapFaultsAreErrorsOfTheCallInWhichTheyCameToLight) {
+  acad_free(&host);
+  host.Define(L"INNER", [this] {
+    acad_free(&host);
+    return RTNORM;
+  });
+  host.Define(L"OUTER", [this] {
+    acad_free(&host);
+    EXPECT_EQ(host.Call(L"INNER", L"").errors.size(), 1U);
+    acad_free(&host);
+    return RTNORM;
+  });
+  EXPECT_EQ(host.Call(L"OUTER", L"").errors.size(), 2U);
+  EXPECT_EQ(host.ledger.TakeFaults().size(), 1U) << "the one from before the call";
+}
+
+TEST_F(CallsTest, AnArgumentThatIsWrittenPastItsEndIsAnErrorOfItsCall) {
+  if (kSanitized) GTEST_SKIP() << "the sanitizer ends the program at the write";
+  host.Define(L"WRITE", [] {
+    wchar_t* const text = acedGetArgs()->resval.rstring;
+    text[2] = L'b';
+    return RTNORM;
+  });
+  const Errors errors = host.Call(L"WRITE", L"\"a\"").errors;
+  ASSERT_EQ(errors.size(), 1U);
+  EXPECT_TRUE(errors[0].starts_with("written outside the block")) << errors[0];
+  EXPECT_NE(errors[0].find("during WRITE"), std::string::npos) << errors[0];
 }
 
 TEST_F(CallsTest, TheArgumentsAreFreedAfterTheCall) {

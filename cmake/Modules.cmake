@@ -1,0 +1,34 @@
+# Client modules, and programs that load them.
+
+# A client module: a shared object from sources that bring acrxEntryPoint. For the embedded host it gets
+# headers alone, and finds the library and the platform functions in the program that loads it, because the
+# library must be there once. For the real host it gets a library of its own.
+function(lomlisp_add_module name)
+  add_library(${name} MODULE ${ARGN})
+  set_target_properties(${name} PROPERTIES PREFIX "")
+  target_compile_features(${name} PRIVATE cxx_std_20)
+  if(LOMLISP_HOST_SDK)
+    target_link_libraries(${name} PRIVATE lomlisp::lomlisp)
+    if(WIN32)
+      target_link_options(${name} PRIVATE /EXPORT:acrxEntryPoint,PRIVATE /EXPORT:acrxGetApiVersion,PRIVATE)
+    endif()
+    return()
+  endif()
+  if(WIN32)
+    message(FATAL_ERROR "On Windows a module needs the real host: LOMLISP_HOST_SDK")
+  endif()
+  foreach(what INCLUDE_DIRECTORIES COMPILE_DEFINITIONS COMPILE_OPTIONS LINK_OPTIONS)
+    set_property(TARGET ${name} APPEND PROPERTY ${what} $<TARGET_PROPERTY:lomlisp,INTERFACE_${what}>)
+  endforeach()
+  # A unique symbol would keep the module in the process for ever, with its static objects.
+  target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+endfunction()
+
+# Makes a program one that can load modules: all of the library and of the embedded host is in it, where
+# modules find it.
+function(lomlisp_host_program target)
+  set_target_properties(${target} PROPERTIES
+    ENABLE_EXPORTS ON
+    LINK_LIBRARY_OVERRIDE WHOLE_ARCHIVE,lomlisp,lomlisp_embedded)
+  target_link_libraries(${target} PRIVATE lomlisp lomlisp_embedded)
+endfunction()
