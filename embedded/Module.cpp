@@ -23,8 +23,10 @@ const char* NameOf(AcRx::AppMsgCode message) {
 
 }  // namespace
 
+std::string Modules::Module::BookName(AcRx::AppMsgCode message) const { return name + " " + NameOf(message); }
+
 CallResult Modules::Module::Send(AcRx::AppMsgCode message) {
-  const std::string bookName = name + " " + NameOf(message);
+  const std::string bookName = BookName(message);
   bookNames.insert(bookName);
   const auto send = [this, message] {
     const Running guard(*this);

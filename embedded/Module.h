@@ -23,7 +23,8 @@ struct Modules::Module {
         object(std::move(opened)),
         entry(reinterpret_cast<EntryPoint>(object.Find("acrxEntryPoint"))) {}
 
-  // Sends a message under a name that says so in the books.
+  // What the books call the handling of a message.
+  std::string BookName(AcRx::AppMsgCode message) const;
   CallResult Send(AcRx::AppMsgCode message);
   // Whether it has become a function of the module; a name that LISP cannot call has not.
   bool Define(const ACHAR* function, short code);

@@ -23,9 +23,9 @@ std::map<uint64_t, Block> BlocksOf(const Modules::Module& module) {
   return blocks;
 }
 
-std::string LeakText(const Block& block) {
-  std::string text =
-      block.function + ": not released: " + block.kind + ", " + std::to_string(block.bytes) + " bytes";
+std::string LeakText(const std::string& module, const Block& block) {
+  std::string text = block.function.starts_with(module + " ") ? "" : module + " ";
+  text += block.function + ": not released: " + block.kind + ", " + std::to_string(block.bytes) + " bytes";
   return block.place.empty() ? text : text + ", by " + block.place;
 }
 
@@ -65,10 +65,11 @@ std::optional<std::string> Modules::Start(Module& module) {
   for (const auto message : {AcRx::kInitAppMsg, AcRx::kLoadDwgMsg}) {
     const CallResult result = module.Send(message);
     if (result.status == RTNORM) {
-      for (const std::string& error : result.errors) m_reports.push_back(module.name + ": " + error);
+      Report(module.BookName(message), result.errors);
       continue;
     }
     const std::string error = module.name + ": refuses to be loaded";
+    // What was told to begin is told to end.
     if (message == AcRx::kLoadDwgMsg) Tell(module, AcRx::kUnloadAppMsg);
     Close(module);
     return result.errors.empty() ? error : error + ": " + Joined(result.errors);
@@ -78,10 +79,13 @@ std::optional<std::string> Modules::Start(Module& module) {
 
 // A module cannot refuse to go.
 void Modules::Tell(Module& module, AcRx::AppMsgCode message) {
-  const CallResult result = module.Send(message);
-  if (result.status != RTNORM && result.errors.empty())
-    m_reports.push_back(module.name + ": an unload message failed");
-  for (const std::string& error : result.errors) m_reports.push_back(module.name + ": " + error);
+  CallResult result = module.Send(message);
+  if (result.status != RTNORM && result.errors.empty()) result.errors.emplace_back("answered with an error");
+  Report(module.BookName(message), result.errors);
+}
+
+void Modules::Report(const std::string& origin, const std::vector<std::string>& errors) {
+  for (const std::string& error : errors) m_reports.push_back(origin + ": " + error);
 }
 
 std::optional<std::string> Modules::Unload(std::string_view name) {
@@ -115,8 +119,8 @@ void Modules::Close(Module& module) {
   std::erase_if(m_modules, [&module](const auto& one) { return one.get() == &module; });
   for (const Block& block : host.ledger.LeaksSince(mark))
     if (const auto found = blocks.find(block.number); found != blocks.end())
-      m_reports.push_back(name + ": " + LeakText(found->second));
-  for (const std::string& fault : host.ledger.TakeFaults(known)) m_reports.push_back(name + ": " + fault);
+      m_reports.push_back(LeakText(name, found->second));
+  Report(name, host.ledger.TakeFaults(known));
 }
 
 }  // namespace lomlisp::embedded

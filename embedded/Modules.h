@@ -48,6 +48,7 @@ class Modules {
   Module* Find(std::string_view name) const;
   std::optional<std::string> Start(Module& module);
   void Tell(Module& module, AcRx::AppMsgCode message);
+  void Report(const std::string& origin, const std::vector<std::string>& errors);
   void Stop(Module& module);
   // Takes it out and closes it.
   void Close(Module& module);

@@ -144,8 +144,7 @@ TEST_F(ModulesTest, WhatARefusingModuleLeaksIsReported) {
   EXPECT_EQ(Load("Refusing.so"), "Refusing.so: refuses to be loaded");
   const Texts reports = Reports();
   ASSERT_EQ(reports.size(), 1U);
-  EXPECT_TRUE(
-      reports[0].starts_with("Refusing.so: Refusing.so kInitAppMsg: not released: memory, 24 bytes, by "))
+  EXPECT_TRUE(reports[0].starts_with("Refusing.so kInitAppMsg: not released: memory, 24 bytes, by "))
       << reports[0];
   acad_free(reinterpret_cast<void*>(host.symbols.Find(L"LEAKED")->front().value.rlname[0]));
 }
@@ -153,7 +152,7 @@ TEST_F(ModulesTest, WhatARefusingModuleLeaksIsReported) {
 TEST_F(ModulesTest, AFunctionThatCannotBeDefinedIsReported) {
   CLOMAdsLisp::PutSym(L"MISDEED", V(L"\"define nonsense\""));
   EXPECT_EQ(Load("Refusing.so"), "");
-  EXPECT_EQ(Reports(), Texts{"Refusing.so: acedDefun: a name or a code that cannot be one"});
+  EXPECT_EQ(Reports(), Texts{"Refusing.so kInitAppMsg: acedDefun: a name or a code that cannot be one"});
 }
 
 // --- What cannot be unloaded ---
@@ -174,8 +173,8 @@ TEST_F(ModulesTest, AModuleThatIsBeingCalledStays) {
 
 TEST_F(ModulesTest, UnloadingCannotBeRefused) {
   const std::vector<std::pair<const wchar_t*, std::string>> cases = {
-      {L"\"fail at the end\"", "Refusing.so: an unload message failed"},
-      {L"\"throw at the end\"", "Refusing.so: an exception: busy"}};
+      {L"\"fail at the end\"", "Refusing.so kUnloadAppMsg: answered with an error"},
+      {L"\"throw at the end\"", "Refusing.so kUnloadAppMsg: an exception: busy"}};
   for (const auto& [misdeed, report] : cases) {
     CLOMAdsLisp::PutSym(L"MISDEED", V(misdeed));
     EXPECT_EQ(Load("Refusing.so"), "");
@@ -274,11 +273,9 @@ TEST_F(Calls, LeaksAreReportedByFunctionWhenTheModuleGoes) {
   EXPECT_EQ(Unload("Misbehaving.so"), "");
   const Texts reports = Reports();
   ASSERT_EQ(reports.size(), 3U);
-  EXPECT_TRUE(reports[0].starts_with("Misbehaving.so: LEAK: not released: record of type 5003"))
-      << reports[0];
-  EXPECT_TRUE(reports[1].starts_with("Misbehaving.so: LEAK: not released: record of type 5005"))
-      << reports[1];
-  EXPECT_TRUE(reports[2].starts_with("Misbehaving.so: LEAK: not released: memory")) << reports[2];
+  EXPECT_TRUE(reports[0].starts_with("Misbehaving.so LEAK: not released: record of type 5003")) << reports[0];
+  EXPECT_TRUE(reports[1].starts_with("Misbehaving.so LEAK: not released: record of type 5005")) << reports[1];
+  EXPECT_TRUE(reports[2].starts_with("Misbehaving.so LEAK: not released: memory")) << reports[2];
   acutRelRb(lost);
 }
 
