@@ -20,6 +20,10 @@ function(lomlisp_add_module name)
   foreach(what INCLUDE_DIRECTORIES COMPILE_DEFINITIONS COMPILE_OPTIONS LINK_OPTIONS)
     set_property(TARGET ${name} APPEND PROPERTY ${what} $<TARGET_PROPERTY:lomlisp,INTERFACE_${what}>)
   endforeach()
+  # The program's functions must not take the place of those that the module has under the same names.
+  if(NOT APPLE)
+    target_link_options(${name} PRIVATE LINKER:-Bsymbolic-functions)
+  endif()
   # A unique symbol would keep the module in the process for ever, with its static objects.
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 endfunction()

@@ -107,6 +107,14 @@ void Modules::Stop(Module& module) {
   Close(module);
 }
 
+std::unique_ptr<Modules::Module> Modules::Take(Module& module) {
+  const auto found = std::find_if(m_modules.begin(), m_modules.end(),
+                                  [&module](const auto& one) { return one.get() == &module; });
+  std::unique_ptr<Module> taken = std::move(*found);
+  m_modules.erase(found);
+  return taken;
+}
+
 void Modules::Close(Module& module) {
   Host& host = Host::Instance();
   host.UndefineAll(&module);
@@ -116,7 +124,7 @@ void Modules::Close(Module& module) {
   const uint64_t mark = module.mark;
   const auto blocks = BlocksOf(module);
   // Closing destroys the module's static objects with what they hold: that is no leak.
-  std::erase_if(m_modules, [&module](const auto& one) { return one.get() == &module; });
+  Take(module).reset();
   for (const Block& block : host.ledger.LeaksSince(mark))
     if (const auto found = blocks.find(block.number); found != blocks.end())
       m_reports.push_back(LeakText(name, found->second));

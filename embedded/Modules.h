@@ -50,7 +50,7 @@ class Modules {
   void Tell(Module& module, AcRx::AppMsgCode message);
   void Report(const std::string& origin, const std::vector<std::string>& errors);
   void Stop(Module& module);
-  // Takes it out and closes it.
+  std::unique_ptr<Module> Take(Module& module);
   void Close(Module& module);
 
   std::vector<std::unique_ptr<Module>> m_modules;

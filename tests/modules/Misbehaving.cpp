@@ -6,6 +6,9 @@
 
 #include <stdexcept>
 
+// The program has one of the same name.
+int NameOfBoth() { return 2; }
+
 // What Leak leaks: the test releases it in the end.
 extern "C" {
 resbuf* lost = nullptr;
@@ -101,6 +104,7 @@ struct {
     {L"FAIL-BY-MESSAGE", nullptr},
     {L"UNLOAD-ITSELF", UnloadItself},
     {L"FORGET", Forget},
+    {L"NAME-OF-BOTH", [] { return acedRetInt(NameOfBoth()); }},
 };
 
 constexpr int kThrowByMessage = 12;

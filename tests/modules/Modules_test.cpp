@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+// The module has one of the same name.
+int NameOfBoth() { return 1; }
+
 namespace lomlisp::test {
 namespace {
 
@@ -202,6 +205,11 @@ TEST_F(Calls, GoToTheHandlerOrToTheEntryPoint) {
   EXPECT_EQ(Call(L"(COUNT)"), "1");
   EXPECT_EQ(Call(L"(CODE)"), "11");
   EXPECT_EQ(acedGetFunCode(), RTERROR);
+}
+
+TEST_F(Calls, UseTheModulesOwnFunctions) {
+  EXPECT_EQ(NameOfBoth(), 1);
+  EXPECT_EQ(Call(L"(NAME-OF-BOTH)"), "2");
 }
 
 TEST_F(Calls, Nest) {
