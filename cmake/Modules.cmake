@@ -29,10 +29,9 @@ function(lomlisp_add_module name)
 endfunction()
 
 # Makes a program one that can load modules: all of the library and of the embedded host is in it, where
-# modules find it.
+# modules find it. Archives that it links besides may need the library too; they find it there as well.
 function(lomlisp_host_program target)
-  set_target_properties(${target} PROPERTIES
-    ENABLE_EXPORTS ON
-    LINK_LIBRARY_OVERRIDE WHOLE_ARCHIVE,lomlisp,lomlisp_embedded)
-  target_link_libraries(${target} PRIVATE lomlisp lomlisp_embedded)
+  set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
+  target_sources(${target} PRIVATE $<TARGET_OBJECTS:lomlisp> $<TARGET_OBJECTS:lomlisp_embedded>)
+  target_link_libraries(${target} PRIVATE lomlisp::embedded)
 endfunction()
