@@ -28,9 +28,13 @@
 (defun zeros-left-out (bit)
   (logtest bit (system-variable "DIMZIN" 0)))
 
+(defun rounded (exact)
+  "The nearest integer to EXACT, not negative; a half is rounded up."
+  (floor (+ exact 1/2)))
+
 (defun decimals-text (exact decimals)
   "The rational EXACT, not negative, rounded to DECIMALS."
-  (let ((digits (round (* exact (expt 10 decimals)))))
+  (let ((digits (rounded (* exact (expt 10 decimals)))))
     (if (zerop decimals)
         (format nil "~d" digits)
         (with-point digits decimals))))
@@ -55,14 +59,14 @@
 
 (defun fraction (exact precision)
   "EXACT as whole number and fraction with a denominator of at most 2 to the PRECISION."
-  (multiple-value-bind (whole part) (floor (round (* exact (expt 2 precision))) (expt 2 precision))
+  (multiple-value-bind (whole part) (floor (rounded (* exact (expt 2 precision))) (expt 2 precision))
     (let ((part (/ part (expt 2 precision))))
       (cond ((zerop part) (format nil "~d" whole))
             ((zerop whole) (format nil "~d/~d" (numerator part) (denominator part)))
             (t (format nil "~d ~d/~d" whole (numerator part) (denominator part)))))))
 
 (defun rounded-to (exact unit)
-  (* unit (round exact unit)))
+  (* unit (rounded (/ exact unit))))
 
 (defun feet-and-inches (exact unit write-inches)
   "EXACT inches, rounded to UNIT before the feet are split off; a length of less than a foot has none."

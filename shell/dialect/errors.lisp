@@ -13,8 +13,11 @@
   ((line :initarg :line :reader reading-error-line)
    (opened :initarg :opened :reader reading-error-opened)))
 
+(defun raise (text)
+  (error 'script-error :text text))
+
 (defun fail (control &rest arguments)
-  (error 'script-error :text (apply #'format nil control arguments)))
+  (raise (apply #'format nil control arguments)))
 
 (defun bad-type (wanted value)
   (fail "bad argument type: ~a ~a" wanted (prin1-text value)))
@@ -54,7 +57,8 @@
   (typecase condition
     (script-error (script-error-text condition))
     ((or stopped ext:interactive-interrupt) "Function cancelled")
-    (storage-condition "internal stack limit reached")
+    (ext:stack-overflow "internal stack limit reached")
+    (storage-condition "insufficient memory")
     (type-error (type-error-text condition))
     (program-error (argument-count-text condition))
     (division-by-zero "divide by zero")

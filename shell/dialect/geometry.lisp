@@ -46,15 +46,11 @@
          (normal (cross along other))
          (square (dot normal normal)))
     (unless (or (<= (sqrt square) (* 1d-12 (size along) (size other)))
-                (> (abs (dot normal (cross-space between))) (* 1d-9 (sqrt square) (+ (size along) (size between)))))
+                (> (abs (dot normal between)) (* 1d-9 (sqrt square) (+ (size along) (size between)))))
       (let ((s (/ (dot (cross between other) normal) square))
             (u (/ (dot (cross between along) normal) square)))
         (if (or (not on-segments) (and (on-segment-p s) (on-segment-p u)))
             (mapcar (lambda (start step) (+ start (* s step))) a along))))))
-
-(defun cross-space (vector)
-  "VECTOR with a third coordinate."
-  (if (third vector) vector (append vector '(0d0))))
 
 (defun on-segment-p (part)
   (<= -1d-9 part 1.000000001d0))

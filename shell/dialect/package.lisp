@@ -2,7 +2,8 @@
 
 (defpackage lom
   (:use common-lisp)
-  (:export evaluate-text print-value text-complete-p define-host-function
+  (:export evaluate-text print-value text-complete-p completions
+           define-host-function host-symbol raise
            *write-hook* *read-line-hook* *system-variable-hook* *search-path* *interrupted*
            entity-name make-entity-name entity-name-high entity-name-low
            selection-set make-selection-set selection-set-high selection-set-low))

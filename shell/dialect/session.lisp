@@ -4,6 +4,11 @@
 
 (ext:trap-fpe t nil)    ; a real that is out of range must not stop the program around
 
+;;; ECL raises an error when the machine's stack is full, but may leave the program when one of these is:
+;;; they must be the larger ones.
+(ext:set-limit 'ext:frame-stack 100000)
+(ext:set-limit 'ext:binding-stack 200000)
+
 (defvar *file* nil "The file that is being evaluated, nil for what was typed.")
 (defvar *form-line* 1 "Where in it the form begins that is being evaluated.")
 
@@ -12,8 +17,16 @@
 (host-symbol "*ERROR*")
 
 (defun print-value (value)
-  "VALUE as the prompt shows it."
-  (prin1-text value))
+  "VALUE as the prompt shows it. Lists may be nested more deeply than the stack allows."
+  (handler-case (prin1-text value)
+    (serious-condition (condition) (format nil "; error: ~a" (error-text condition)))))
+
+(defun completions (beginning)
+  "The names that begin so, in order, of the symbols that have a value."
+  (let ((beginning (string-upcase beginning)) (names '()))
+    (do-symbols (symbol :lom-user (sort names #'string<))
+      (if (and (eql 0 (search beginning (symbol-name symbol))) (boundp symbol) (symbol-value symbol))
+          (push (symbol-name symbol) names)))))
 
 (defun evaluate-forms (*text* *file* *line*)
   "Evaluates the forms of the text and gives the value of the last."
@@ -42,43 +55,55 @@ that line, the one of the parenthesis or quote that was not closed, and the one 
 
 (defun calls-since (frame)
   "The names of the functions called since FRAME, the innermost first, of which twenty will do."
-  (loop for each from (si:ihs-top) downto (1+ frame)
+  ;; ECL finds a frame by counting down from the top, so that looking at all of a full stack takes seconds.
+  (loop with top = (si:ihs-top)
+        for each downfrom top above (max frame (- top 1000))
         for function = (si:ihs-fun each)
         when (script-function-p function)
           collect (function-name function) into names
-          and count t into length
-        until (eql length 20)
+        until (= (length names) 20)
         finally (return names)))
 
-(defun tell-script (text)
-  "Calls the script's *error* with TEXT, if there is one. Gives the text of the error and whether it was told."
-  (let ((handler (symbol-value 'lom-user::*error*)))
-    (if handler
-        (handler-case (progn (funcall (as-function handler) text)
-                             (values text t))
-          (serious-condition (condition) (values (error-text condition) nil)))
-        (values text nil))))
+(defun tell-script (handler text)
+  "Calls HANDLER, the value of *error*, with TEXT. Gives the text of the error and whether it was told."
+  (if handler
+      (handler-case (progn (funcall (as-function handler) text)
+                           (values text t))
+        (serious-condition (condition) (values (error-text condition) nil)))
+      (values text nil)))
 
-(defun outcome (condition frame)
-  "The values of EVALUATE-TEXT for an error. The script's variables still have the values they had there."
-  (let ((calls (calls-since frame))
+(defun outcome-of (condition frame)
+  "A function that tells the script of CONDITION and gives the values of EVALUATE-TEXT."
+  (let ((handler (if (typep condition 'stopped) nil (symbol-value 'lom-user::*error*)))
+        (text (error-text condition))
+        (calls (calls-since frame))
         (place (place condition)))
-    (multiple-value-bind (text told)
-        (if (typep condition 'stopped)
-            (values (error-text condition) nil)
-            (tell-script (error-text condition)))
-      (values nil text calls place told))))
+    (lambda ()
+      (multiple-value-bind (text told) (tell-script handler text)
+        (values nil text calls place told)))))
 
 (defun evaluate-text (text &optional file (line 1))
   "Evaluates all forms of TEXT, which begins at LINE of FILE. Gives the value of the last, the text of
 the error that ended it, the names of the functions that were being called, the place, and whether the
 script's own *error* was called."
-  (let ((frame (si:ihs-top)))
-    (block nil
-      (handler-bind ((serious-condition (lambda (condition) (return (outcome condition frame)))))
-        (values (evaluate-forms text file line) nil '() nil nil)))))
+  (let ((frame (si:ihs-top)) (outcome nil))
+    (block evaluation
+      (handler-bind ((serious-condition
+                       (lambda (condition)
+                         (setq outcome (outcome-of condition frame))
+                         ;; *error* sees the variables as they were at the error, if the stack has room for it.
+                         (unless (typep condition 'ext:stack-overflow)
+                           (return-from evaluate-text (funcall outcome)))
+                         (return-from evaluation))))
+        (return-from evaluate-text
+          (values (evaluate-forms text file line) nil '() nil nil))))
+    (funcall outcome)))
 
 ;;; LOAD
+
+;;; Scripts begin with it; here the functions are there from the start.
+(define vl-load-com ()
+  nil)
 
 (defun callable-p (value)
   (or (functionp value) (and value (symbolp value) (functionp (symbol-value value)))))

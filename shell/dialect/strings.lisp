@@ -31,7 +31,7 @@
     (handler-case (progn (skip-blanks)
                          (if (peek) (read-form)))
       ;; Its lines are not those of the file.
-      (reading-error (condition) (fail "~a" (error-text condition))))))
+      (reading-error (condition) (raise (error-text condition))))))
 
 (define vl-string-search ((pattern string) (string string) &optional (start integer))
   (search pattern string :start2 (position-in string start)))

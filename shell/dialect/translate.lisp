@@ -25,11 +25,11 @@
 (defun apply-translator (translator arguments)
   "An error in a form that is never reached must not hinder those around it."
   (handler-case (apply translator arguments)
-    (script-error (condition) `(fail "~a" ,(script-error-text condition)))
-    (program-error (condition) `(fail ,(argument-count-text condition)))))
+    (script-error (condition) `(raise ,(script-error-text condition)))
+    (program-error (condition) `(raise ,(argument-count-text condition)))))
 
 (defun function-form (head)
-  (cond ((null head) '(fail "bad function: nil"))
+  (cond ((null head) '(raise "bad function: nil"))
         ((symbolp head) `(if (functionp ,head) ,head (callee ',head)))
         (t `(as-function ,(translate head)))))
 

@@ -29,6 +29,9 @@
 (define-for-tests test-complete (text)
   (lom:text-complete-p text))
 
+(define-for-tests test-completions (beginning)
+  (lom:completions beginning))
+
 (defvar *variables* '())
 (setq lom:*system-variable-hook* (lambda (name) (cdr (assoc name *variables* :test #'string=))))
 
@@ -69,8 +72,14 @@
           (lom:evaluate-text text file line))
       (format out "~{  | ~a~%~}" (lines (get-output-stream-string written)))
       (if problem
-          (format out "  ; error: ~a~:[~; (told)~] ~a ~{ ~a~}~%" problem told place calls)
+          (format out "  ; error: ~a~:[~; (told)~]~%  ; ~a~{ ~a~}~%" problem told place (names calls))
           (format out "  ~a~%" (lom:print-value value))))))
+
+(defun names (calls)
+  "Where the stack was full, which function was the innermost is chance."
+  (if (< (length calls) 20)
+      calls
+      (append (sort (remove-duplicates calls :test #'string=) #'string<) '("..."))))
 
 (defun lines (text)
   (with-input-from-string (in text)

@@ -29,3 +29,5 @@
 (test-variable "AUNITS" 3)
 (test-variable "AUPREC" 2)
 (angtos 1)
+(test-variable "DIMZIN" 0)
+(list (rtos 2.5 2 0) (rtos 0.125 2 2) (rtos -2.5 2 0) (rtos 0.5 5 0) (rtos 12.5 4 0))

@@ -122,3 +122,7 @@ el
 (defun forever (n) (1+ (forever n)))
 (vl-catch-all-error-message (vl-catch-all-apply 'forever '(1)))
 (down 2000)
+(vl-load-com)
+(vl-load-com 1)
+(setq zz-one 1 zz-two nil zz-three 3)
+(test-completions "zz-")

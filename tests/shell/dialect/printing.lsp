@@ -29,3 +29,12 @@
 (vl-prin1-to-string 1 2)
 (type test-module-function)
 (wcmatch (vl-princ-to-string test-module-function) "`#<EXRXSUBR `@* TEST-MODULE-FUNCTION>")
+; nested more deeply than the stack allows
+(progn (setq deep nil) (repeat 100000 (setq deep (list deep))) (setq deeper (list deep)) (type deep))
+deep
+(princ deep)
+(equal deep (car deeper))
+(equal deep (subst 1 2 deep))
+(type (vl-catch-all-apply 'eval (list (list 'quote deep))))
+(eval (progn (setq form 1) (repeat 100000 (setq form (list '+ form))) form))
+(setq deep nil deeper nil form nil)
