@@ -37,7 +37,10 @@
         (t (result (/ a b)))))
 
 (defun remainder (a b)
-  (if (zerop b) (fail "divide by zero") (rem a b)))
+  (cond ((zerop b) (fail "divide by zero"))
+        ((integerp a) (rem a b))
+        ;; Exactly, since a quotient of reals may have lost the figures that the remainder needs.
+        (t (coerce (rem (rational a) (rational b)) 'double-float))))
 
 (define / (&rest (numbers number))
   (if numbers (reduce #'quotient (as-reals-if-any numbers)) 0))

@@ -50,7 +50,7 @@
       (let ((s (/ (dot (cross between other) normal) square))
             (u (/ (dot (cross between along) normal) square)))
         (if (or (not on-segments) (and (on-segment-p s) (on-segment-p u)))
-            (mapcar (lambda (start step) (+ start (* s step))) a along))))))
+            (mapcar (lambda (start step) (result (+ start (* s step)))) a along))))))
 
 (defun on-segment-p (part)
   (<= -1d-9 part 1.000000001d0))

@@ -77,9 +77,10 @@
          (end (exponent-end text last)))
     (cond ((zerop digits) nil)
           ((= end point) (values (host-integer (parse-integer text :start start :end end)) end))
-          (t (let ((mantissa (parse-integer (concatenate 'string (subseq text first point) (subseq text fraction last))))
-                   (exponent (if (> end last) (parse-integer text :start (1+ last) :end end) 0)))
-               (values (signed-real (char-at text start) (exact-real mantissa (- exponent (- last fraction)))) end))))))
+          (t (let* ((figures (concatenate 'string (subseq text first point) (subseq text fraction last)))
+                    (power (if (> end last) (parse-integer text :start (1+ last) :end end) 0))
+                    (size (exact-real (parse-integer figures) (- power (- last fraction)))))
+               (values (signed-real (char-at text start) size) end))))))
 
 (defun signed-real (sign real)
   (cond ((null real) (fail "real out of range"))

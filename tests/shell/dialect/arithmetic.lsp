@@ -64,3 +64,8 @@
 (zerop nil)
 (minusp "a")
 (numberp)
+(list (expt 0 0.0) (expt 0.0 0) (expt 0.0 0.0) (expt -8 -3) (expt 1.5 -2))
+(list (rem 1e300 7) (rem -7.5 2) (fix -1e300) (sin 1e300) (+ 1e308 -1e308) (/ 1e-300 1e300))
+(/ 1e300 1e-300)
+(+ 1e308 1e308 -1e308)
+(- -1e308 1e308)

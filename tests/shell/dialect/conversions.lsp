@@ -31,3 +31,6 @@
 (angtos 1)
 (test-variable "DIMZIN" 0)
 (list (rtos 2.5 2 0) (rtos 0.125 2 2) (rtos -2.5 2 0) (rtos 0.5 5 0) (rtos 12.5 4 0))
+(list (rtos 1e20 2 1) (rtos 1e-20 2 3) (rtos 123456789 1 3) (angtos 1e10 0 2) (rtos 1e10 5 2) (atoi "99999999999"))
+(list (princ (atof "5e-324")) (= (atof "1e23") 1e23) (= (atof "0.30000000000000004") (+ 0.1 0.2)) (atof "1e-999"))
+(atof "1e999")

@@ -16,3 +16,6 @@
 (inters a b c)
 (inters a b c nil)
 (inters a b c d T T)
+(distance '(0 0) '(1e200 1e200))
+(inters '(0 0) '(1e200 1e200) '(0 1e200) '(1e200 0) nil)
+(polar '(1e308 0) 0 1e308)
