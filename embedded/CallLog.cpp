@@ -53,6 +53,7 @@ std::optional<int> CallLog::Order(const LoggedCall& call) {
 }
 
 void CallLog::Add(LoggedCall call) {
+  if (m_observer) m_observer(call);
   if (m_enabled) m_calls.push_back(std::move(call));
 }
 

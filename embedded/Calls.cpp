@@ -249,7 +249,8 @@ class Evaluation {
 
   void Do(const PushSymbol& step) {
     const Chain* value = m_host.symbols.Find(step.name);
-    Push(value != nullptr ? *value : Chain{Mark(RTNIL)});
+    const bool hasItem = value != nullptr && !value->empty();
+    Push(hasItem ? *value : Chain{Mark(RTNIL)});
   }
 
   void Do(const Begin& step) { m_pending.push_back({step.function, {}}); }
@@ -280,18 +281,26 @@ Chain Shaped(Chain value, const Switches& switches) {
 }
 
 void Host::Define(std::wstring_view name, Function function, const void* owner) {
-  m_functions.insert_or_assign(Folded(name), Definition{std::move(function), owner});
+  const std::wstring folded = Folded(name);
+  m_functions.insert_or_assign(folded, Definition{std::move(function), owner});
+  if (m_definitionObserver) m_definitionObserver(folded, true);
 }
 
 bool Host::Undefine(std::wstring_view name, const void* owner) {
   const auto found = m_functions.find(Folded(name));
   if (found == m_functions.end() || found->second.owner != owner) return false;
+  const std::wstring folded = found->first;
   m_functions.erase(found);
+  if (m_definitionObserver) m_definitionObserver(folded, false);
   return true;
 }
 
 void Host::UndefineAll(const void* owner) {
-  std::erase_if(m_functions, [owner](const auto& entry) { return entry.second.owner == owner; });
+  for (const std::wstring& name : FunctionNames()) Undefine(name, owner);
+}
+
+void Host::ObserveDefinitions(std::function<void(const std::wstring& name, bool isDefined)> observer) {
+  m_definitionObserver = std::move(observer);
 }
 
 bool Host::IsDefined(std::wstring_view name) const { return m_functions.contains(Folded(name)); }

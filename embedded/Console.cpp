@@ -7,7 +7,9 @@
 namespace lomlisp::embedded {
 
 void Console::Write(std::wstring_view text) {
+  if (text.empty()) return;
   m_text += text;
+  m_isAtLineStart = text.back() == L'\n';
   if (!m_echo) return;
   const std::string bytes = Utf8(text);
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
@@ -15,9 +17,6 @@ void Console::Write(std::wstring_view text) {
 
 std::wstring Console::Take() { return std::exchange(m_text, {}); }
 
-void Console::Reset() {
-  m_text.clear();
-  m_echo = false;
-}
+void Console::Reset() { *this = Console(); }
 
 }  // namespace lomlisp::embedded

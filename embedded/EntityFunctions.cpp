@@ -27,6 +27,7 @@ int GiveName(PlatformCall& call, const Object* object, ads_name name, const char
   if (object == nullptr) return call.Refuse(objection);
   if (name == nullptr) return call.Refuse("no place for the name");
   OpenDrawing().NameOf(object->handle, name);
+  call.GivesName(name);
   return RTNORM;
 }
 

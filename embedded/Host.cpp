@@ -24,6 +24,7 @@ void Host::Reset() {
   answers.Clear();
   CloseDrawing();
   m_functions.clear();
+  m_definitionObserver = nullptr;
 }
 
 }  // namespace lomlisp::embedded

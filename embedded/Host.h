@@ -21,6 +21,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace lomlisp::embedded {
@@ -45,10 +46,13 @@ class Console {
   std::wstring Take();
   // Also writes to standard output, as UTF-8.
   void Echo(bool on) { m_echo = on; }
+  // Whether the next text begins a line.
+  bool IsAtLineStart() const { return m_isAtLineStart; }
   void Reset();
 
  private:
   std::wstring m_text;
+  bool m_isAtLineStart = true;
   bool m_echo = false;
 };
 
@@ -60,6 +64,7 @@ struct LoggedCall {
   std::optional<std::string> objection;  // what was wrong with a chain
   bool forced = false;                   // the answer was an order of the test
   int status = RTNORM;                   // what it answered; for pointers RTNORM or, for null, RTERROR
+  std::optional<Chain> result;           // the chain or name that it gave, only for an observer
 };
 
 // The calls that were made (those for memory and printing excepted), and orders how to answer.
@@ -76,6 +81,9 @@ class CallLog {
   // Off for measurements: the copies of the arguments cost more than the calls.
   void Enable(bool on) { m_enabled = on; }
   bool Enabled() const { return m_enabled; }
+  // Told of every call when it has answered, also while the log is off. Null for nobody.
+  void Observe(std::function<void(const LoggedCall&)> observer) { m_observer = std::move(observer); }
+  bool IsObserved() const { return m_observer != nullptr; }
 
   // The n-th call of the function from now on (1 is the next one) answers `status`.
   void Answer(std::string_view function, int status, uint64_t n);
@@ -100,7 +108,16 @@ class CallLog {
   std::vector<LoggedCall> m_calls;
   std::vector<Rule> m_rules;
   std::vector<std::function<std::optional<int>(const LoggedCall&)>> m_predicates;
+  std::function<void(const LoggedCall&)> m_observer;
   bool m_enabled = true;
+};
+
+// Where the values of symbols are, when there is a LISP that has variables of its own.
+struct SymbolStore {
+  // The item; nothing for an unbound symbol, an empty chain for a value that no chain can hold.
+  std::function<std::optional<Chain>(std::wstring_view name)> read;
+  // Takes one item; nil unbinds.
+  std::function<void(std::wstring_view name, const Chain& item)> write;
 };
 
 // LISP symbols, their names without regard to case.
@@ -110,12 +127,17 @@ class Symbols {
   static bool IsLegal(std::wstring_view name);
   // Stores one item; nil unbinds. False for an illegal name and for anything but one item.
   bool Set(std::wstring_view name, Chain value);
-  // The item, or nothing when the symbol is unbound.
-  const Chain* Find(std::wstring_view name) const;
-  void Reset() { m_values.clear(); }
+  // The item, empty for a value that no chain can hold; null when the symbol is unbound. It is good until
+  // the next call.
+  const Chain* Find(std::wstring_view name);
+  // Keeps no values here from now on. Both functions must be there.
+  void KeepIn(SymbolStore store);
+  void Reset() { *this = Symbols(); }
 
  private:
   std::map<std::wstring, Chain> m_values;
+  SymbolStore m_store;
+  std::optional<Chain> m_found;
 };
 
 // One system variable. Its type is that of its value: RTSHORT, RTREAL, RTSTR, RTPOINT, RT3DPOINT.
@@ -195,6 +217,8 @@ class Host {
   bool Undefine(std::wstring_view name, const void* owner = nullptr);
   void UndefineAll(const void* owner);
   bool IsDefined(std::wstring_view name) const;
+  // Told of the names that are defined and undefined from now on, in upper case. Null for nobody.
+  void ObserveDefinitions(std::function<void(const std::wstring& name, bool isDefined)> observer);
   // In upper case, in alphabetical order.
   std::vector<std::wstring> FunctionNames() const;
   // Calls with the items of a chain as arguments; calls may nest. An unknown function is an error
@@ -234,6 +258,7 @@ class Host {
   };
   std::unique_ptr<Session> m_session;
   std::map<std::wstring, Definition> m_functions;
+  std::function<void(const std::wstring& name, bool isDefined)> m_definitionObserver;
   std::vector<Frame*> m_frames;
 };
 

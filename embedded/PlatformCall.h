@@ -46,6 +46,15 @@ class PlatformCall {
   PlatformCall& TakesName(const ads_name name) { return TakesName(name, RTENAME); }
   PlatformCall& TakesSet(const ads_name name) { return TakesName(name, RTPICKS); }
 
+  // What the caller gets, for an observer.
+  void Gives(const resbuf* chain) {
+    if (m_host.log.IsObserved()) m_call.result = Capture(chain);
+  }
+  void GivesName(const ads_name name, short type = RTENAME) {
+    const resbuf record{nullptr, type, {.rlname = {name[0], name[1]}}};
+    Gives(&record);
+  }
+
   void Object(std::string objection) {
     if (!m_call.objection) m_call.objection = std::move(objection);
   }
@@ -75,6 +84,7 @@ class PlatformCall {
       if (m_call.forced) return Log(*order, Answer());
       if (m_call.objection) return Log(Blame(), Answer());
       const Answer answer = work();
+      if constexpr (std::is_same_v<Answer, resbuf*>) Gives(answer);
       return Log(answer != nullptr ? RTNORM : RTERROR, answer);
     } else {
       const auto order = Order();
@@ -111,7 +121,7 @@ class PlatformCall {
 
   Host& m_host = Host::Instance();
   LoggedCall m_call;
-  bool m_isWatched = m_host.log.Enabled() || m_host.log.HasOrders();
+  bool m_isWatched = m_host.log.Enabled() || m_host.log.HasOrders() || m_host.log.IsObserved();
 };
 
 }  // namespace lomlisp::embedded

@@ -74,6 +74,7 @@ class Picking {
  private:
   int Hit(const Object& entity, const Point& point) {
     m_session.drawing->NameOf(entity.handle, m_name);
+    m_call.GivesName(m_name);
     m_picked[0] = point.x;
     m_picked[1] = point.y;
     m_picked[2] = point.z;
@@ -102,9 +103,10 @@ const char* const kNoSet = "no selection set has this name";
 const char* const kNoEntity = "no entity has this name, or it is erased";
 
 // A set's name is its number, with the drawing's: sets end with their drawing.
-void GiveSet(const Session& session, uint64_t number, ads_name set) {
+void GiveSet(PlatformCall& call, const Session& session, uint64_t number, ads_name set) {
   set[0] = static_cast<__int64>(number);
   set[1] = static_cast<__int64>(session.drawing->Serial());
+  call.GivesName(set, RTPICKS);
 }
 
 bool IsNone(const ads_name name) { return name == nullptr || (name[0] == 0 && name[1] == 0); }
@@ -203,7 +205,7 @@ class SelectionCall {
     const auto number = session.sets.Make(entities);
     if (!number) return m_call.Refuse(kTooManySets);
     session.sets.SetPrevious(std::move(entities));
-    GiveSet(session, *number, set);
+    GiveSet(m_call, session, *number, set);
     return RTNORM;
   }
 
@@ -224,14 +226,14 @@ int AddToSet(PlatformCall& call, const ads_name entity, const ads_name set, ads_
     const auto number =
         session.sets.Make(member != nullptr ? std::vector<Object*>{member} : std::vector<Object*>());
     if (!number) return call.Refuse(kTooManySets);
-    GiveSet(session, *number, result);
+    GiveSet(call, session, *number, result);
     return RTNORM;
   }
   SelectionSet* found = FindSet(session, set);
   if (found == nullptr) return call.Refuse(kNoSet);
   if (member == nullptr) return call.Refuse("no entity to add");
   found->Add(*member);
-  GiveSet(session, static_cast<uint64_t>(set[0]), result);
+  GiveSet(call, session, static_cast<uint64_t>(set[0]), result);
   return RTNORM;
 }
 
@@ -253,6 +255,7 @@ int GiveMember(PlatformCall& call, const ads_name set, int32_t position, ads_nam
   const Object* member = position >= 0 ? found->At(static_cast<size_t>(position)) : nullptr;
   if (member == nullptr) return call.Refuse("the set has no such position");
   session.drawing->NameOf(member->handle, entity);
+  call.GivesName(entity);
   return RTNORM;
 }
 

@@ -26,14 +26,25 @@ bool Symbols::Set(std::wstring_view name, Chain value) {
   value = WithNilForEmpty(WithDotsBeforeLast(std::move(value)));
   if (!IsLegal(name) || !IsOneItem(value)) return false;
   const bool isNil = value.size() == 1 && (value.front().type == RTNIL || value.front().type == RTVOID);
-  if (isNil)
+  if (m_store.write)
+    m_store.write(name, value);
+  else if (isNil)
     m_values.erase(Folded(name));
   else
     m_values.insert_or_assign(Folded(name), std::move(value));
   return true;
 }
 
-const Chain* Symbols::Find(std::wstring_view name) const {
+void Symbols::KeepIn(SymbolStore store) {
+  m_values.clear();
+  m_store = std::move(store);
+}
+
+const Chain* Symbols::Find(std::wstring_view name) {
+  if (m_store.read) {
+    m_found = m_store.read(name);
+    return m_found ? &*m_found : nullptr;
+  }
   const auto found = m_values.find(Folded(name));
   return found != m_values.end() ? &found->second : nullptr;
 }
@@ -46,15 +57,19 @@ namespace {
 
 bool IsSymbol(const ACHAR* name) { return name != nullptr && Symbols::IsLegal(name); }
 
-int GetSymbol(const ACHAR* name, resbuf** chain, const void* caller) {
+int GetSymbol(PlatformCall& call, const ACHAR* name, resbuf** chain, const void* caller) {
   if (!IsSymbol(name) || chain == nullptr) return RTERROR;
   Host& host = Host::Instance();
   const Chain* value = host.symbols.Find(name);
   *chain = nullptr;
   if (value == nullptr && host.switches.unboundGivesNull) return RTNORM;
+  const bool isBeyondChains = value != nullptr && value->empty();
+  if (isBeyondChains) return RTERROR;
   const Chain shaped = value != nullptr ? Shaped(*value, host.switches) : Chain{Mark(RTNIL)};
   *chain = Materialise(shaped, host.ledger, Owner::Client, caller);
-  return *chain != nullptr ? RTNORM : RTERROR;
+  if (*chain == nullptr) return RTERROR;
+  call.Gives(*chain);
+  return RTNORM;
 }
 
 int PutSymbol(const ACHAR* name, const resbuf* chain) {
@@ -66,7 +81,8 @@ int PutSymbol(const ACHAR* name, const resbuf* chain) {
 
 int acedGetSym(const ACHAR* name, resbuf** chain) {
   const void* caller = LOMLISP_CALLER;
-  return PlatformCall("acedGetSym", name).Run([&] { return GetSymbol(name, chain, caller); });
+  PlatformCall call("acedGetSym", name);
+  return call.Run([&] { return GetSymbol(call, name, chain, caller); });
 }
 
 int acedPutSym(const ACHAR* name, resbuf* chain) {

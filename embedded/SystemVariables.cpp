@@ -194,7 +194,7 @@ using namespace lomlisp::embedded;
 namespace {
 
 // Fills type and value; the link, and what the record held before, are the caller's own.
-int GetVariable(const ACHAR* name, resbuf* record, const void* caller) {
+int GetVariable(PlatformCall& call, const ACHAR* name, resbuf* record, const void* caller) {
   Host& host = Host::Instance();
   const SystemVariable* variable = name != nullptr ? host.variables.Find(name) : nullptr;
   if (variable == nullptr || record == nullptr) return RTERROR;
@@ -209,6 +209,8 @@ int GetVariable(const ACHAR* name, resbuf* record, const void* caller) {
   }
   record->restype = variable->value.type;
   record->resval = value;
+  const resbuf single{nullptr, record->restype, record->resval};
+  call.Gives(&single);
   return RTNORM;
 }
 
@@ -223,7 +225,8 @@ int SetVariable(const ACHAR* name, const resbuf* record) {
 
 int acedGetVar(const ACHAR* name, resbuf* record) {
   const void* caller = LOMLISP_CALLER;
-  return PlatformCall("acedGetVar", name).Run([&] { return GetVariable(name, record, caller); });
+  PlatformCall call("acedGetVar", name);
+  return call.Run([&] { return GetVariable(call, name, record, caller); });
 }
 
 int acedSetVar(const ACHAR* name, const resbuf* record) {

@@ -140,6 +140,7 @@ int NameOfEntry(PlatformCall& call, const ACHAR* table, const ACHAR* name, ads_n
   const auto entry = row.Find(drawing, name, position);
   if (!entry) return call.Refuse(row.IsKnown() ? kNoEntry : kNoTable);
   drawing.NameOf(entry->object->handle, object);
+  call.GivesName(object);
   return RTNORM;
 }
 

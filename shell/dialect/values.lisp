@@ -3,8 +3,12 @@
 (in-package lom)
 
 ;;; Two words name an entity or a set of them, as in a result buffer.
-(defstruct entity-name (high 0) (low 0))
-(defstruct selection-set (high 0) (low 0))
+(defstruct (entity-name (:constructor make-entity-name (&key (high 0) (low 0)))
+                        (:constructor name-of-entity (high low)))
+  high low)
+(defstruct (selection-set (:constructor make-selection-set (&key (high 0) (low 0)))
+                          (:constructor name-of-selection-set (high low)))
+  high low)
 (defstruct script-file path stream)
 (defstruct caught-error text)
 

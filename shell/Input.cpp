@@ -1,0 +1,37 @@
+#include <shell/Input.h>
+
+#include <shell/Terminal.h>
+
+#include <embedded/Text.h>
+
+#include <iostream>
+
+namespace lomlisp::shell {
+
+Input::Input(Kind kind) : m_kind(kind) {}
+
+std::optional<std::wstring> Input::ReadPipe() {
+  if (!m_fed.empty()) {
+    std::wstring line = std::move(m_fed.front());
+    m_fed.pop_front();
+    return line;
+  }
+  std::string line;
+  if (m_kind == Kind::Nobody || !std::getline(std::cin, line)) return std::nullopt;
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return embedded::FromUtf8(line);
+}
+
+std::optional<std::wstring> Input::ReadLine(std::wstring_view prompt) {
+  const bool isEdited = m_fed.empty() && m_kind == Kind::Terminal;
+  std::optional<std::wstring> line;
+  if (isEdited) {
+    if (const auto bytes = Terminal::ReadLine(embedded::Utf8(prompt))) line = embedded::FromUtf8(*bytes);
+  } else {
+    line = ReadPipe();
+  }
+  if (line && onLine) onLine(prompt, *line, isEdited);
+  return line;
+}
+
+}  // namespace lomlisp::shell

@@ -1,0 +1,20 @@
+// Interrupts by the user, and the time limit.
+#pragma once
+
+#include <string>
+
+namespace lomlisp::shell {
+
+// From now on an interrupt by the user ends what is being evaluated. Three of them in a row, which no
+// evaluation has taken, end the program.
+void HandleInterrupts();
+bool WasInterrupted();
+void ForgetInterrupt();
+
+// Ends what is being evaluated after so many seconds from now, and what comes after it. Where that does not
+// help within two more seconds, writes `lastWords` to standard output and ends the program with kTimeout.
+void SetTimeLimit(unsigned seconds, std::string lastWords);
+void LiftTimeLimit();
+bool IsTimeOver();
+
+}  // namespace lomlisp::shell

@@ -1,0 +1,84 @@
+#include <shell/functions/Arguments.h>
+
+#include <shell/Values.h>
+
+#include <embedded/Host.h>
+#include <embedded/Nesting.h>
+#include <embedded/Text.h>
+
+#include <optional>
+#include <utility>
+
+namespace lomlisp::shell {
+
+using embedded::Chain;
+using embedded::Host;
+using embedded::Mark;
+using embedded::Record;
+
+void DefineHostFunction(const std::string& name, Chain (*function)(const Arguments& arguments)) {
+  Interpreter::Instance().Define(name, [name, function](const Arguments& arguments) {
+    Chain value;
+    std::optional<LispError> error;
+    const auto call = [&] {
+      try {
+        value = function(arguments);
+      } catch (const LispError& raised) {
+        error = raised;
+      }
+      return RTNORM;
+    };
+    const auto result = Host::Instance().Run(name, call, {});
+    if (error) throw *error;
+    if (!result.errors.empty()) throw LispError(embedded::FromUtf8(result.errors.front()));
+    return value;
+  });
+}
+
+HeapChain::HeapChain(const Chain& chain)
+    : m_chain(embedded::Materialise(chain, Host::Instance().ledger, embedded::Owner::Client)) {
+  if (m_chain == nullptr && !chain.empty()) throw LispError(L"insufficient memory");
+}
+
+HeapChain::~HeapChain() { acutRelRb(m_chain); }
+
+bool IsNil(const Chain& item) { return item.size() == 1 && item.front().type == RTNIL; }
+
+Chain Nil() { return {Mark(RTNIL)}; }
+
+Chain TrueOr(bool condition) { return {Mark(condition ? RTT : RTNIL)}; }
+
+Chain TextItem(std::wstring_view text) {
+  Record record = Mark(RTSTR);
+  record.text = text;
+  record.hasText = true;
+  return {record};
+}
+
+Chain IntegerItem(int number) {
+  Record record = Mark(RTLONG);
+  record.value.rlong = number;
+  return {record};
+}
+
+const std::wstring& TextIn(const Chain& item) { return item.front().text; }
+
+int IntegerIn(const Chain& item) {
+  const Record& record = item.front();
+  return record.type == RTSHORT ? record.value.rint : record.value.rlong;
+}
+
+Name::Name(const Chain& item) : isNull(IsNil(item)) {
+  if (isNull) return;
+  words[0] = item.front().value.rlname[0];
+  words[1] = item.front().value.rlname[1];
+}
+
+Chain NameItem(const Name& name, short type) {
+  Record record = Mark(type);
+  record.value.rlname[0] = name.words[0];
+  record.value.rlname[1] = name.words[1];
+  return {record};
+}
+
+}  // namespace lomlisp::shell

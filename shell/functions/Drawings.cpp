@@ -1,0 +1,104 @@
+// The drawing that is open, its file and its picture.
+#include <shell/functions/Program.h>
+
+#include <shell/Interpreter.h>
+#include <shell/Picture.h>
+#include <shell/Progress.h>
+#include <shell/Values.h>
+#include <shell/functions/Arguments.h>
+
+#include <lomlisp/platform/modules.h>
+
+#include <embedded/Host.h>
+#include <embedded/Text.h>
+
+#include <set>
+
+namespace lomlisp::shell {
+
+namespace {
+
+using embedded::Chain;
+using embedded::Host;
+
+std::string ErrorText(const std::filesystem::path& path, const embedded::DxfError& error) {
+  const std::string place = error.line > 0 ? ":" + std::to_string(error.line) : std::string();
+  return path.string() + place + ": " + error.message;
+}
+
+void ThrowIf(const std::optional<std::string>& error) {
+  if (error) throw LispError(embedded::FromUtf8(*error));
+}
+
+std::filesystem::path PathIn(const Chain& item) { return embedded::Utf8(TextIn(item)); }
+
+std::wstring VariableText(const wchar_t* name) {
+  const embedded::SystemVariable* variable = Host::Instance().variables.Find(name);
+  return variable != nullptr ? variable->value.text : std::wstring();
+}
+
+// Where the drawing was opened or saved; empty for a new one.
+std::filesystem::path DrawingPath() {
+  const std::wstring folder = VariableText(L"DWGPREFIX");
+  if (folder.empty()) return {};
+  return embedded::Utf8(folder + VariableText(L"DWGNAME"));
+}
+
+Chain Open(const Arguments& arguments) {
+  ThrowIf(OpenDrawing(PathIn(arguments[0])));
+  return arguments[0];
+}
+
+Chain Save(const Arguments& arguments) {
+  const std::filesystem::path path = IsNil(arguments[0]) ? DrawingPath() : PathIn(arguments[0]);
+  if (path.empty()) throw LispError(L"a new drawing needs a name");
+  ThrowIf(SaveDrawing(path));
+  return TextItem(embedded::FromUtf8(path.string()));
+}
+
+Chain New(const Arguments&) {
+  Host& host = Host::Instance();
+  host.CloseDrawing();
+  host.variables.Reset();
+  return Nil();
+}
+
+std::set<uint64_t> HandlesIn(const Name& set) {
+  std::set<uint64_t> handles;
+  Name entity;
+  for (int position = 0; acedSSName(set.words, position, entity.words) == RTNORM; ++position)
+    if (const auto handle = Host::Instance().CurrentDrawing().HandleOf(entity.words)) handles.insert(*handle);
+  return handles;
+}
+
+// (draw [set] [name]): beside nothing else a picture in the current folder, of the drawing's name.
+Chain Draw(const Arguments& arguments) {
+  std::optional<std::set<uint64_t>> handles;
+  if (!IsNil(arguments[0])) handles = HandlesIn(Name(arguments[0]));
+  std::filesystem::path picture = std::filesystem::path(embedded::Utf8(VariableText(L"DWGNAME"))).stem();
+  picture.replace_extension(".svg");
+  if (!IsNil(arguments[1])) picture = PathIn(arguments[1]);
+  ThrowIf(DrawPicture(Host::Instance().CurrentDrawing(), handles, picture));
+  return TextItem(embedded::FromUtf8(picture.string()));
+}
+
+}  // namespace
+
+std::optional<std::string> OpenDrawing(const std::filesystem::path& path) {
+  const auto error = Host::Instance().Open(path, Progress(path));
+  return error ? std::optional(ErrorText(path, *error)) : std::nullopt;
+}
+
+std::optional<std::string> SaveDrawing(const std::filesystem::path& path) {
+  const auto error = Host::Instance().Save(path);
+  return error ? std::optional(ErrorText(path, *error)) : std::nullopt;
+}
+
+void DefineDrawingFunctions() {
+  DefineHostFunction("open-drawing", Open);
+  DefineHostFunction("save-drawing", Save);
+  DefineHostFunction("new-drawing", New);
+  DefineHostFunction("draw", Draw);
+}
+
+}  // namespace lomlisp::shell

@@ -1,0 +1,19 @@
+;;;; Client modules.
+
+(in-package lom)
+
+(defun with-failure (on-failure action)
+  "What ACTION gives; the first of ON-FAILURE instead where it fails and there is one."
+  (if (null on-failure)
+      (funcall action)
+      (handler-case (funcall action)
+        (script-error () (if (callable-p (car on-failure)) (funcall (as-function (car on-failure))) (car on-failure))))))
+
+(define arxload ((name string) &rest on-failure)
+  (with-failure on-failure (lambda () (call-host "arxload" (or (find-file name) (native-path name))))))
+
+(define arxunload ((name string) &rest on-failure)
+  (with-failure on-failure (lambda () (call-host "arxunload" (file-namestring (native-path name))))))
+
+(define arx ()
+  (call-host "arx"))

@@ -1,0 +1,17 @@
+;;;; System variables.
+
+(in-package lom)
+
+(define getvar (name)
+  (call-host "getvar" (variable-name name)))
+
+(define setvar (name value)
+  (call-host "setvar" (variable-name name) value)
+  value)
+
+(defun variable-name (name)
+  (cond ((stringp name) name)
+        ((and name (symbolp name)) (symbol-name name))
+        (t (bad-type "stringp" name))))
+
+(setq *system-variable-hook* (lambda (name) (call-host "getvar" name)))
