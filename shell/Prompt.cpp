@@ -26,7 +26,8 @@ constexpr const char* kHelp =
     "!name             the value of a variable\n"
     "NAME [answers]    calls the command, which is the function C:NAME\n"
     "(arxload \"a.so\")  (arxunload \"a.so\")  (arx)        client modules\n"
-    "(open-drawing \"a.dxf\")  (save-drawing \"b.dxf\")  (new-drawing)  (draw \"a.svg\")\n"
+    "(open-drawing \"a.dxf\")  (save-drawing \"b.dxf\")  (new-drawing)\n"
+    "(changes)  (draw \"a.svg\")                          what is not saved yet, and a picture\n"
     "(answer \"text\" '(1 2) nil)                         what the next questions are answered with\n"
     "(memory)  (trace-host T)  (lom-return-flag T)      looking at the host\n"
     "QUIT              leaves the session";

@@ -1,6 +1,7 @@
 // The drawing that is open, its file and its picture.
 #include <shell/functions/Program.h>
 
+#include <shell/DrawingChanges.h>
 #include <shell/Interpreter.h>
 #include <shell/Picture.h>
 #include <shell/Progress.h>
@@ -12,6 +13,7 @@
 #include <embedded/Host.h>
 #include <embedded/Text.h>
 
+#include <memory>
 #include <set>
 
 namespace lomlisp::shell {
@@ -71,6 +73,24 @@ std::set<uint64_t> HandlesIn(const Name& set) {
   return handles;
 }
 
+// The drawing as its file has it; a new one where it has none.
+std::unique_ptr<embedded::Drawing> SavedDrawing() {
+  const std::filesystem::path path = DrawingPath();
+  if (path.empty()) return std::make_unique<embedded::Drawing>();
+  embedded::DxfOpened opened = embedded::OpenDxf(path);
+  if (opened.error) throw LispError(embedded::FromUtf8(ErrorText(path, *opened.error)));
+  return std::move(opened.drawing);
+}
+
+// (changes) gives their number.
+Chain Changes(const Arguments&) {
+  Host& host = Host::Instance();
+  const auto saved = SavedDrawing();
+  const std::vector<std::wstring> lines = DrawingChanges(*saved, host.CurrentDrawing());
+  for (const std::wstring& line : lines) host.console.Write(line + L"\n");
+  return IntegerItem(static_cast<int>(lines.size()));
+}
+
 // (draw [set] [name]): beside nothing else a picture in the current folder, of the drawing's name.
 Chain Draw(const Arguments& arguments) {
   std::optional<std::set<uint64_t>> handles;
@@ -98,6 +118,7 @@ void DefineDrawingFunctions() {
   DefineHostFunction("open-drawing", Open);
   DefineHostFunction("save-drawing", Save);
   DefineHostFunction("new-drawing", New);
+  DefineHostFunction("changes", Changes);
   DefineHostFunction("draw", Draw);
 }
 

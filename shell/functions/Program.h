@@ -17,7 +17,7 @@ void DefineDiagnostics(Report& report);
 // Shows what modules have of the platform's heap, and gives it. Misuse that came to light is noted.
 embedded::Balance ShowMemory(Report& report);
 
-// (open-drawing "a.dxf"), (save-drawing "b.dxf"), (new-drawing), (draw).
+// (open-drawing "a.dxf"), (save-drawing "b.dxf"), (new-drawing), (changes), (draw).
 void DefineDrawingFunctions();
 
 // These say why it could not be done, with the file and the line.

@@ -23,6 +23,9 @@
 (define new-drawing ()
   (call-host "new-drawing"))
 
+(define changes ()
+  (call-host "changes"))
+
 (define draw (&optional what name)
   (let ((set (if (selection-set-p what) what))
         (name (if (stringp what) what name)))
