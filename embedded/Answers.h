@@ -1,10 +1,12 @@
-// What the user answers, as a test or a script has laid it down.
+// What the user answers: laid down by a test or a script, or given when he is asked.
 #pragma once
 
+#include <embedded/Keywords.h>
 #include <embedded/drawing/Group.h>
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -29,15 +31,30 @@ struct SelectEntities {
 };
 struct PressEnter {};
 struct PressCancel {};
+// A keyword, whether or not the question has it.
 struct TypeKeyword {
   std::wstring keyword;
 };
+// A line, without its end, as a terminal gives it: what it means is the question's to say.
+struct TypeText {
+  std::wstring text;
+};
 
-using UserAnswer =
-    std::variant<PickEntity, PickPoint, PickNothing, SelectEntities, PressEnter, PressCancel, TypeKeyword>;
+using UserAnswer = std::variant<PickEntity, PickPoint, PickNothing, SelectEntities, PressEnter, PressCancel,
+                                TypeKeyword, TypeText>;
 
-// A queue: every function that waits for the user takes the next answer. Where there is none it fails and
-// says so, since nobody would come.
+// Somebody to ask: shows the prompt in his own way, and gives nothing at the end of his input. The drawing
+// must stay open meanwhile.
+using AnswerSource = std::function<std::optional<UserAnswer>(const std::wstring& prompt)>;
+
+// What acedInitGet says about the next answer.
+struct AnswerRules {
+  int flags = 0;
+  Keywords keywords;
+};
+
+// Every function that waits for the user takes the next answer from the queue, or else from the source. Where
+// there is neither it fails and says so, since nobody would come.
 class Answers {
  public:
   void Add(UserAnswer answer) { m_queue.push_back(std::move(answer)); }
@@ -48,8 +65,13 @@ class Answers {
     return answer;
   }
   size_t Waiting() const { return m_queue.size(); }
+  // The source goes too.
   void Clear() { *this = Answers(); }
 
+  // Null: there is nobody. While a source answers, prompts and answers are its own to show, as a line editor
+  // must, and the console has neither.
+  AnswerSource source;
+  AnswerRules rules;         // for the next question
   double halfPickBox = 1.0;  // half the side of the pick box, in drawing units
   std::wstring lastKeyword;  // the keyword that was answered last
 

@@ -2,8 +2,10 @@
 #include <lomlisp/platform/modules.h>
 
 #include <embedded/PlatformCall.h>
+#include <embedded/Question.h>
 #include <embedded/SelectionRequest.h>
 #include <embedded/Session.h>
+#include <embedded/UserPoints.h>
 #include <embedded/selection/Filter.h>
 
 #include <algorithm>
@@ -23,14 +25,6 @@ constexpr short kNullAnswer = 52;
 void SetErrno(short number) {
   if (SystemVariable* variable = Host::Instance().variables.Find(L"ERRNO"))
     variable->value.value.rint = number;
-}
-
-void SetLastPoint(const Point& point) {
-  SystemVariable* variable = Host::Instance().variables.Find(L"LASTPOINT");
-  if (variable == nullptr) return;
-  variable->value.value.rpoint[0] = point.x;
-  variable->value.value.rpoint[1] = point.y;
-  variable->value.value.rpoint[2] = point.z;
 }
 
 // --- One entity ---
@@ -58,17 +52,10 @@ class Picking {
   int operator()(const SelectEntities&) {
     return m_call.Report("a selection is laid down where an entity is picked");
   }
-  int operator()(const PressEnter&) {
-    SetErrno(kNullAnswer);
-    return m_call.Refuse("the user gave an empty answer");
-  }
-  int operator()(const PressCancel&) {
-    m_call.Refuse("the user cancelled");
-    return RTCAN;
-  }
-  int operator()(const TypeKeyword& typed) {
-    m_answers.lastKeyword = typed.keyword;
-    return RTKWORD;
+  // Enter, cancellations, keywords and other texts end the question before.
+  template <typename Other>
+  int operator()(const Other&) {
+    return RTERROR;
   }
 
  private:
@@ -78,7 +65,7 @@ class Picking {
     m_picked[0] = point.x;
     m_picked[1] = point.y;
     m_picked[2] = point.z;
-    SetLastPoint(point);
+    SetLastPoint(Host::Instance().variables, point);
     return RTNORM;
   }
 
@@ -89,11 +76,22 @@ class Picking {
   double* m_picked;
 };
 
-int SelectEntity(PlatformCall& call, ads_name name, ads_point picked) {
+// A point that is typed is a pick.
+std::optional<UserAnswer> PickFrom(const UserAnswer& answer) {
+  if (!TypedText(answer)) return answer;
+  const auto point = PointFrom(answer, CurrentOrigin(Host::Instance().variables));
+  return point ? std::optional<UserAnswer>(PickPoint{*point}) : std::nullopt;
+}
+
+int SelectEntity(PlatformCall& call, const ACHAR* prompt, ads_name name, ads_point picked) {
   if (name == nullptr || picked == nullptr) return call.Refuse("no place for the name or the point");
-  const auto answer = Host::Instance().answers.Take();
-  if (!answer) return call.Report("the user is asked, and no answer is laid down");
-  return std::visit(Picking(call, name, picked), *answer);
+  Question question(Host::Instance(), prompt != nullptr ? prompt : L"Select object: ", L"Invalid selection.",
+                    0);
+  const auto reply = question.Ask<UserAnswer>(PickFrom);
+  if (reply.status == RTNORM) return std::visit(Picking(call, name, picked), reply.value);
+  if (reply.status != RTNONE) return Answered(call, reply);
+  SetErrno(kNullAnswer);
+  return call.Refuse("the user gave an empty answer");
 }
 
 // --- Sets ---
@@ -145,6 +143,7 @@ class SelectionCall {
     const auto read = ReadSelectionMode(mode != nullptr ? mode : L"");
     m_request.mode = read.value_or(SelectionMode::User);
     if (!read) m_objection = "an unknown mode";
+    m_request.isOnce = SelectsOnce(mode != nullptr ? mode : L"");
     if (TakesPointChain(m_request.mode))
       TakePoints(static_cast<const resbuf*>(first));
     else
@@ -186,19 +185,13 @@ class SelectionCall {
     std::string objection;
     const auto filter = Filter::Compile(Capture(m_filter), *session.drawing, objection);
     if (!filter) return m_call.Refuse(objection);
-    Selected selected = Select(session, host.answers, m_request);
-    if (selected.status != RTNORM) return Fail(selected);
+    Selected selected = Select(host, m_request);
+    if (selected.status != RTNORM) return Answered(m_call, selected);
     std::erase_if(selected.entities, [&](const Object* entity) { return !filter->Matches(*entity); });
     if (selected.entities.empty()) return m_call.Refuse("nothing is selected");
     if (host.switches.newestFirst && m_request.mode == SelectionMode::Everything)
       std::reverse(selected.entities.begin(), selected.entities.end());
     return Give(session, std::move(selected.entities), set);
-  }
-
-  int Fail(const Selected& selected) {
-    if (selected.isMistake) return m_call.Report(selected.objection);
-    m_call.Refuse(selected.objection);
-    return selected.status;
   }
 
   int Give(Session& session, std::vector<Object*> entities, ads_name set) {
@@ -277,7 +270,7 @@ int FreeSet(PlatformCall& call, const ads_name set) {
 
 int acedEntSel(const ACHAR* prompt, ads_name name, ads_point picked) {
   PlatformCall call("acedEntSel", prompt);
-  return call.Run([&] { return SelectEntity(call, name, picked); });
+  return call.Run([&] { return SelectEntity(call, prompt, name, picked); });
 }
 
 int acedSSGet(const ACHAR* mode, const void* first, const void* second, const resbuf* filter, ads_name set) {

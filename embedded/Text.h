@@ -18,6 +18,9 @@ inline std::wstring Folded(std::wstring_view name) {
   return folded;
 }
 
+// Without the blanks and control characters around it.
+std::wstring_view Trimmed(std::wstring_view text);
+
 // Joins pairs of surrogates whatever the width of wchar_t; a single one becomes U+FFFD.
 std::string Utf8(std::wstring_view text);
 // The other way round; for each faulty sequence of bytes a U+FFFD.

@@ -36,6 +36,13 @@ void AppendCodePoint(std::string& bytes, uint32_t code) {
 
 }  // namespace
 
+std::wstring_view Trimmed(std::wstring_view text) {
+  const auto isBlank = [](wchar_t character) { return character >= 0 && character <= L' '; };
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::string Utf8(std::wstring_view text) {
   std::string bytes;
   bytes.reserve(text.size());

@@ -57,4 +57,9 @@ std::optional<SelectionMode> ReadSelectionMode(std::wstring_view text) {
   return found->mode;
 }
 
+bool SelectsOnce(std::wstring_view mode) {
+  const std::wstring folded = Folded(mode);
+  return folded.find(L'S', std::min(folded.find(L':'), folded.size())) != std::wstring::npos;
+}
+
 }  // namespace lomlisp::embedded

@@ -21,8 +21,10 @@ enum class SelectionMode {
 };
 
 // Without regard to case. In front of the letters _ + . and # may stand, behind them suffixes as in
-// "W:S" or ":S:E", which change nothing here. Nothing for an unknown mode.
+// "W:S" or ":S:E", of which none but S means anything here. Nothing for an unknown mode.
 std::optional<SelectionMode> ReadSelectionMode(std::wstring_view text);
+// Whether the suffix S is there: the user selects once, and is not asked for more.
+bool SelectsOnce(std::wstring_view mode);
 
 // Whether the mode takes a chain of points where others take a point.
 constexpr bool TakesPointChain(SelectionMode mode) {

@@ -42,6 +42,42 @@ int acdbRegApp(const ACHAR* application);
 // The entity name that belongs to a handle, a text of hexadecimal digits.
 int acdbHandEnt(const ACHAR* handle, ads_name object);
 
+// --- Questions to the user ---
+//
+// They give RTNORM, RTNONE for an empty answer, RTKWORD for a keyword, RTCAN when the user cancels, or
+// RTERROR. An answer that cannot be taken is refused on the command line, and the user is asked again. Only
+// with RTNORM is the result set. A prompt may be null. Texts have at most 132 characters and a NUL: what is
+// longer is cut.
+
+// What the next of the questions below takes; of acedEntSel, and of acedSSGet where it asks, the keywords
+// alone, and of acedGetString nothing.
+// `flags` is a sum of 1: an empty answer is refused, 2: so is zero, 4: so are negative numbers, 128: what is
+// no answer else is given as a keyword, and with 1 an empty text too. The others (8: points beyond the
+// limits, 32: dashed rubber bands, 64: distances in the plane) change nothing in the embedded host.
+// `keywords` are separated by blanks and may be null; the upper case of each, as in "Yes eXit", or what
+// follows a comma, as in "LTYPE,LT", is enough to type.
+int acedInitGet(int flags, const ACHAR* keywords);
+// The whole keyword, or the text, that was the last RTKWORD.
+int acedGetInput(ACHAR* result);
+
+// `result` has room for 133 characters. An empty answer is RTNORM. Without `allowBlanks` the text ends at the
+// first blank.
+int acedGetString(int allowBlanks, const ACHAR* prompt, ACHAR* result);
+// One of acedInitGet's keywords, with RTNORM; RTERROR when there are none. `result` as for acedGetString.
+int acedGetKword(const ACHAR* prompt, ACHAR* result);
+// From -32768 to 32767.
+int acedGetInt(const ACHAR* prompt, int* result);
+int acedGetReal(const ACHAR* prompt, ads_real* result);
+// A number or a second point; with a null base the user may show both points.
+int acedGetDist(const ads_point base, const ACHAR* prompt, ads_real* result);
+// The same: typed in degrees, given in radians. 4 of acedInitGet does not count.
+int acedGetAngle(const ads_point base, const ACHAR* prompt, ads_real* result);
+// "1,2", "1,2,3", "5<30", and with a @ from the last point. The base, which may be null, is where a rubber
+// band begins. 2 and 4 of acedInitGet do not count.
+int acedGetPoint(const ads_point base, const ACHAR* prompt, ads_point result);
+// The corner of a rectangle from the base on, in the plane of the current elevation.
+int acedGetCorner(const ads_point base, const ACHAR* prompt, ads_point result);
+
 // --- The LISP functions of a module ---
 //
 // A module gives its functions codes of its own, from 0. A function is called through the handler of its

@@ -443,7 +443,7 @@ TEST_F(ValueEntities, APromptThatIsNoTextIsNamedAndThePlatformIsNotAsked) {
 TEST_F(ValueEntities, EntSelIsNilWithoutAMessageWhenNothingIsPicked) {
   const embedded::Object& line = AddLine();
   const embedded::UserAnswer answers[] = {embedded::PickNothing{}, embedded::PressEnter{},
-                                      embedded::PressCancel{}, embedded::TypeKeyword{L"Last"}};
+                                          embedded::PressCancel{}, embedded::TypeKeyword{L"Last"}};
   for (const embedded::UserAnswer& answer : answers) {
     SCOPED_TRACE(answer.index());
     host.answers.Add(answer);
@@ -455,7 +455,8 @@ TEST_F(ValueEntities, EntSelIsNilWithoutAMessageWhenNothingIsPicked) {
     host.log.Answer("acedEntSel", status, 1);
     EXPECT_EQ(CLOMAdsLisp::EntSel(L"Pick: ").New(), nullptr);
   }
-  EXPECT_EQ(Printed(), "");
+  EXPECT_EQ(Printed(), "Select object: \nSelect object: \nSelect object: *Cancel*\nSelect object: Last\n")
+      << "the dialogue alone";
 }
 
 // --- Memory ---

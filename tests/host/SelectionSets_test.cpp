@@ -301,7 +301,7 @@ TEST_F(ValueSelectionSets, ARefusalIsNilWithoutAMessage) {
     host.log.Answer("acedSSGet", status, 1);
     EXPECT_EQ(CLOMAdsLisp::SSGet(L"WP", list, filter, kNil).New(), nullptr) << status;
   }
-  EXPECT_EQ(Printed(), "");
+  EXPECT_EQ(Printed(), "Select objects: *Cancel*\n") << "the dialogue alone";
 }
 
 // --- Memory ---
