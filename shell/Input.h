@@ -19,7 +19,7 @@ class Input {
   Kind From() const { return m_kind; }
 
   // A line without its end; nothing at the end of input, and from nobody. At a terminal, with line editing
-  // behind the prompt; an interrupt empties the line and gives "". Otherwise the prompt and the line
+  // behind the prompt; an interrupt gives "", and WasInterrupted() says so. Otherwise the prompt and the line
   // are shown.
   std::optional<std::wstring> ReadLine(std::wstring_view prompt);
   // Lines that come before all others.

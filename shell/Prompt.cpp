@@ -1,6 +1,7 @@
 #include <shell/Prompt.h>
 
 #include <shell/Interpreter.h>
+#include <shell/Signals.h>
 #include <shell/Terminal.h>
 
 #include <embedded/Host.h>
@@ -89,9 +90,8 @@ class Prompt {
   std::wstring Completed(std::wstring text) {
     while (!Interpreter::Instance().IsComplete(text)) {
       const auto more = m_session.UserInput().ReadLine(kOpenPrompt);
-      const bool isDropped = more && more->empty() && IsTerminal();
+      if (WasInterrupted()) return {};
       if (!more) break;
-      if (isDropped) return {};
       text += L'\n' + *more;
     }
     return text;

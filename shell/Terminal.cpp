@@ -110,7 +110,6 @@ std::optional<std::string> Terminal::ReadLine(const std::string& prompt) {
   char* const line = readline(prompt.c_str());
   if (WasInterrupted()) {
     std::free(line);
-    ForgetInterrupt();
     std::fputs("^C\n", stdout);
     return std::string();
   }

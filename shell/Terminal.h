@@ -18,7 +18,7 @@ class Terminal {
   // Writes the history.
   static void Finish();
 
-  // A line without its end; nothing at the end of input, "" after an interrupt.
+  // A line without its end; nothing at the end of input. After an interrupt "", and WasInterrupted() says so.
   static std::optional<std::string> ReadLine(const std::string& prompt);
   static void Remember(const std::string& line);
 };

@@ -61,6 +61,12 @@ Chain IntegerItem(int number) {
   return {record};
 }
 
+Chain RealItem(double number) {
+  Record record = Mark(RTREAL);
+  record.value.rreal = number;
+  return {record};
+}
+
 const std::wstring& TextIn(const Chain& item) { return item.front().text; }
 
 int IntegerIn(const Chain& item) {

@@ -39,6 +39,7 @@ embedded::Chain Nil();
 embedded::Chain TrueOr(bool condition);  // T, or else nil
 embedded::Chain TextItem(std::wstring_view text);
 embedded::Chain IntegerItem(int number);
+embedded::Chain RealItem(double number);
 
 // The dialect has seen to the argument's type.
 const std::wstring& TextIn(const embedded::Chain& item);

@@ -1,6 +1,7 @@
 #include <shell/functions/Arguments.h>
 #include <shell/functions/Functions.h>
 #include <shell/functions/Groups.h>
+#include <shell/functions/Points.h>
 
 #include <shell/Values.h>
 
@@ -9,7 +10,6 @@
 #include <embedded/Nesting.h>
 #include <embedded/selection/SelectionMode.h>
 
-#include <array>
 #include <optional>
 #include <utility>
 
@@ -20,41 +20,6 @@ namespace {
 using embedded::Chain;
 using embedded::Mark;
 using embedded::Record;
-
-using Coordinates = std::array<double, 3>;
-
-double RealOf(const Record& record) {
-  switch (record.type) {
-    case RTREAL:
-      return record.value.rreal;
-    case RTSHORT:
-      return record.value.rint;
-    default:
-      return record.value.rlong;
-  }
-}
-
-bool IsNumber(const Record& record) {
-  return record.type == RTREAL || record.type == RTSHORT || record.type == RTLONG;
-}
-
-// The point that begins at a bracket, which is then behind; nothing when it is none.
-std::optional<Coordinates> TakePoint(const Chain& chain, size_t& position) {
-  size_t next = position;
-  if (next == chain.size() || chain[next++].type != RTLB) return std::nullopt;
-  Coordinates point{};
-  size_t axis = 0;
-  while (next < chain.size() && axis < 3 && IsNumber(chain[next])) point[axis++] = RealOf(chain[next++]);
-  if (axis < 2 || next == chain.size() || chain[next].type != RTLE) return std::nullopt;
-  position = next + 1;
-  return point;
-}
-
-std::optional<Coordinates> PointOf(const Chain& item) {
-  size_t position = 0;
-  const auto point = TakePoint(item, position);
-  return position == item.size() ? point : std::nullopt;
-}
 
 // The corners as a bare run of points; nothing when something else is among them.
 std::optional<Chain> CornersOf(const Chain& item) {
@@ -76,8 +41,8 @@ class SelectionArguments {
     if (embedded::TakesPointChain(
             embedded::ReadSelectionMode(m_mode).value_or(embedded::SelectionMode::User)))
       TakeCorners();
-    TakePoint(m_first);
-    TakePoint(m_second);
+    TakePointOrNil(m_first);
+    TakePointOrNil(m_second);
     if (HasNext()) m_filter = GroupsOf(Take());
     if (HasNext()) throw LispError(L"too many arguments");
   }
@@ -112,15 +77,11 @@ class SelectionArguments {
     ++m_next;
   }
 
-  void TakePoint(std::optional<Coordinates>& place) {
+  void TakePointOrNil(std::optional<Coordinates>& place) {
     if (!HasNext()) return;
     const Chain& item = m_arguments[m_next];
-    place = PointOf(item);
+    place = PointIn(item);
     if (place || IsNil(item)) ++m_next;
-  }
-
-  static const double* PlaceOf(const std::optional<Coordinates>& point) {
-    return point ? point->data() : nullptr;
   }
 
   const Arguments& m_arguments;
