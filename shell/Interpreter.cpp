@@ -80,9 +80,11 @@ void DefineHostCall() {
   ecl_def_c_function(LomSymbol("HOST-CALL"), reinterpret_cast<cl_objectfn_fixed>(anyFunction), 2);
 }
 
-// The LISP does nothing about signals, which are the program's.
+// The LISP does nothing about signals, which are the program's: above all, it must not jump out of a module
+// that crashes.
 void Boot() {
-  for (const int trap : {ECL_OPT_TRAP_SIGINT, ECL_OPT_TRAP_SIGPIPE, ECL_OPT_SIGNAL_HANDLING_THREAD})
+  for (const int trap : {ECL_OPT_TRAP_SIGINT, ECL_OPT_TRAP_SIGPIPE, ECL_OPT_TRAP_SIGSEGV, ECL_OPT_TRAP_SIGBUS,
+                         ECL_OPT_TRAP_SIGILL, ECL_OPT_TRAP_SIGFPE, ECL_OPT_SIGNAL_HANDLING_THREAD})
     ecl_set_option(trap, 0);
   static char name[] = "lomsh";
   static char* arguments[] = {name, nullptr};

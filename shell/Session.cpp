@@ -90,10 +90,10 @@ bool Session::RunForms(std::wstring_view text, const std::string& file) {
 
 bool Session::Evaluate(std::wstring_view text, const std::string& file, int line) {
   ForgetInterrupt();
+  Flush();
   const Outcome outcome = Interpreter::Instance().Evaluate(text, file, line);
   ForgetInterrupt();
   ShowOutcome(outcome);
-  WriteTranscript();
   if (!outcome.error) return true;
   const std::string place = outcome.place.empty() ? std::string() : embedded::Utf8(outcome.place) + ": ";
   m_report.errors.push_back(place + embedded::Utf8(*outcome.error));
@@ -126,7 +126,13 @@ void Session::Show(const std::string& line) {
 void Session::ShowError(const std::string& text) {
   Show(text);
   m_report.errors.push_back(text);
+}
+
+// What was shown must be seen even if a module brings the program down.
+void Session::Flush() {
   WriteTranscript();
+  m_transcript.flush();
+  std::fflush(stdout);
 }
 
 void Session::WriteTranscript() {

@@ -47,6 +47,7 @@ class Session {
  private:
   void ShowOutcome(const Outcome& outcome);
   void StartLine();
+  void Flush();
   void WriteTranscript();
 
   Report m_report;

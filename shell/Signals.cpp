@@ -3,9 +3,12 @@
 #include <shell/ExitStatus.h>
 #include <shell/Interpreter.h>
 
+#include <embedded/Host.h>
+
 #include <signal.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <string_view>
 #include <utility>
@@ -49,19 +52,52 @@ void OnAlarm(int) {
   _exit(kTimeout);
 }
 
-void Handle(int signal, void (*handler)(int)) {
+// The default action follows when the handler is left: it stands for one signal only.
+void OnCrash(int) {
+  const embedded::Host::Frame* const frame = embedded::Host::Instance().CurrentFrame();
+  WriteFully(STDERR_FILENO, "\nlomsh: a crash");
+  if (frame != nullptr) {
+    WriteFully(STDERR_FILENO, " in ");
+    WriteFully(STDERR_FILENO, frame->name);
+  }
+  WriteFully(STDERR_FILENO, "\n");
+}
+
+void Handle(int signal, void (*handler)(int), int flags) {
   struct sigaction action = {};
   action.sa_handler = handler;
-  action.sa_flags = SA_RESTART;
+  action.sa_flags = flags;
   sigemptyset(&action.sa_mask);
   sigaction(signal, &action, nullptr);
+}
+
+bool IsHandled(int signal) {
+  struct sigaction action = {};
+  sigaction(signal, nullptr, &action);
+  return action.sa_handler != SIG_DFL;
+}
+
+// Where the stack is full a handler needs one of its own.
+void MakeHandlerStack() {
+  static std::array<char, 65536> memory;
+  stack_t stack = {};
+  stack.ss_sp = memory.data();
+  stack.ss_size = memory.size();
+  sigaltstack(&stack, nullptr);
 }
 
 }  // namespace
 
 void HandleInterrupts() {
   Interpreter::Instance();
-  Handle(SIGINT, OnInterrupt);
+  Handle(SIGINT, OnInterrupt, SA_RESTART);
+}
+
+void HandleCrashes() {
+  constexpr int kCrashes[] = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
+  if (IsHandled(SIGSEGV)) return;
+  MakeHandlerStack();
+  for (const int crash : kCrashes) Handle(crash, OnCrash, static_cast<int>(SA_ONSTACK | SA_RESETHAND));
 }
 
 bool WasInterrupted() { return interrupts > 0; }
@@ -74,7 +110,7 @@ void ForgetInterrupt() {
 void SetTimeLimit(unsigned seconds, std::string words) {
   Interpreter::Instance();
   lastWords = new std::string(std::move(words));
-  Handle(SIGALRM, OnAlarm);
+  Handle(SIGALRM, OnAlarm, SA_RESTART);
   alarm(seconds);
 }
 

@@ -1,4 +1,4 @@
-// Interrupts by the user, and the time limit.
+// Interrupts by the user, crashes, and the time limit.
 #pragma once
 
 #include <string>
@@ -10,6 +10,10 @@ namespace lomlisp::shell {
 void HandleInterrupts();
 bool WasInterrupted();
 void ForgetInterrupt();
+
+// From now on a crash says in which function of a module it was, before the program ends by it. Where crashes
+// are looked after already, as under a sanitizer, it stays so.
+void HandleCrashes();
 
 // Ends what is being evaluated after so many seconds from now, and what comes after it. Where that does not
 // help within two more seconds, writes `lastWords` to standard output and ends the program with kTimeout.

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -141,7 +142,8 @@ class Run {
 
   void WriteBatchLine() {
     m_result.status = m_status;
-    m_result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - m_begin).count();
+    const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - m_begin;
+    m_result.seconds = std::round(spent.count()) / 1000.0;
     std::cout << BatchLine(m_result, m_session.Results()) << std::flush;
   }
 
@@ -163,6 +165,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   try {
     HandleInterrupts();
+    HandleCrashes();
     return Run(*read.options).All();
   } catch (const std::exception& exception) {
     std::cerr << "lomsh: " << exception.what() << "\n";
