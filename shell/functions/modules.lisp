@@ -9,8 +9,11 @@
       (handler-case (funcall action)
         (script-error () (if (callable-p (car on-failure)) (funcall (as-function (car on-failure))) (car on-failure))))))
 
+(defun module-file (name)
+  (or (find-file name) (find-file (concatenate 'string name ".so")) (native-path name)))
+
 (define arxload ((name string) &rest on-failure)
-  (with-failure on-failure (lambda () (call-host "arxload" (or (find-file name) (native-path name))))))
+  (with-failure on-failure (lambda () (call-host "arxload" (module-file name)))))
 
 (define arxunload ((name string) &rest on-failure)
   (with-failure on-failure (lambda () (call-host "arxunload" (file-namestring (native-path name))))))
