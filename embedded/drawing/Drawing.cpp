@@ -209,20 +209,20 @@ namespace {
 
 constexpr int kVariableCode = 9;
 
-struct Stretch {
+struct Extent {
   size_t begin;
   size_t end;
 };
 
 // The values of a variable, behind its name.
-std::optional<Stretch> FindVariable(const Groups& header, std::wstring_view name) {
+std::optional<Extent> FindVariable(const Groups& header, std::wstring_view name) {
   const auto isVariable = [](const Group& group) { return group.code == kVariableCode; };
   const auto found = std::find_if(header.begin(), header.end(), [&](const Group& group) {
     return isVariable(group) && std::get<std::wstring>(group.value) == name;
   });
   if (found == header.end()) return std::nullopt;
   const auto end = std::find_if(found + 1, header.end(), isVariable);
-  return Stretch{static_cast<size_t>(found + 1 - header.begin()), static_cast<size_t>(end - header.begin())};
+  return Extent{static_cast<size_t>(found + 1 - header.begin()), static_cast<size_t>(end - header.begin())};
 }
 
 }  // namespace
@@ -243,7 +243,7 @@ void Drawing::SetHeaderVariable(std::wstring_view name, Groups values) {
   auto old = FindVariable(groups, name);
   if (!old) {
     groups.push_back({kVariableCode, std::wstring(name)});
-    old = Stretch{groups.size(), groups.size()};
+    old = Extent{groups.size(), groups.size()};
   }
   const auto place = groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(old->begin),
                                   groups.begin() + static_cast<std::ptrdiff_t>(old->end));

@@ -20,7 +20,6 @@ using Objection = std::optional<std::string>;
 constexpr int kFlagsCode = 70;
 constexpr int kFollowCode = 66;
 constexpr int kPointCode = 10;
-constexpr int kStyleCode = 7;
 
 bool BeginsParts(std::wstring_view type, const Groups& groups) {
   return type == L"POLYLINE" || (type == L"INSERT" && IntegerOf(groups, kFollowCode) == 1);

@@ -10,18 +10,14 @@ namespace lomlisp::embedded {
 
 namespace {
 
-constexpr int kNameOfObject = -1;
-constexpr int kExtendedData = -3;
-constexpr int kExtrusionCode = 210;
-
 // The classes of types that are not described may use these codes otherwise than AcDbEntity does.
 bool BeginsClass(const Group& group) {
   return group.code == kMarkerCode && group.value != GroupValue(std::wstring(kCommonMarker));
 }
 
-class Reading {
+class ObjectReading {
  public:
-  Reading(const Drawing& drawing, const Object& object)
+  ObjectReading(const Drawing& drawing, const Object& object)
       : m_drawing(drawing),
         m_object(object),
         m_isEntity(object.list != nullptr),
@@ -77,7 +73,7 @@ class Reading {
 
 Chain EntityGroups(const Drawing& drawing, const Object& object,
                    const std::function<bool(std::wstring_view)>& isWanted) {
-  return Reading(drawing, object).Run(isWanted);
+  return ObjectReading(drawing, object).Run(isWanted);
 }
 
 std::optional<std::vector<std::wstring>> ApplicationNames(const Chain& chain, std::string& objection) {

@@ -15,9 +15,7 @@ namespace {
 
 using Objection = std::optional<std::string>;
 
-constexpr short kNameOfObject = -1;
 constexpr short kNameOfHeader = -2;
-constexpr short kExtendedData = -3;
 constexpr short kOperator = -4;
 constexpr short kReactors = -5;
 constexpr int kBraceCode = 1002;

@@ -51,10 +51,12 @@ constexpr bool IsAngle(int code) { return code >= 50 && code <= 58; }
 inline constexpr int kTypeCode = 0;
 inline constexpr int kNameCode = 2;
 inline constexpr int kHandleCode = 5;
+inline constexpr int kStyleCode = 7;
 inline constexpr int kDimStyleHandleCode = 105;
 inline constexpr int kLayerCode = 8;
 inline constexpr int kOwnerCode = 330;
 inline constexpr int kMarkerCode = 100;
+inline constexpr int kExtrusionCode = 210;
 inline constexpr int kFirstExtendedCode = 1000;
 inline constexpr int kApplicationCode = 1001;
 

@@ -16,10 +16,8 @@ namespace {
 using Objection = std::optional<std::string>;
 
 constexpr int kLineTypeCode = 6;
-constexpr int kStyleCode = 7;
 constexpr int kColorCode = 62;
 constexpr int kLineWeightCode = 370;
-constexpr int kExtrusionCode = 210;
 
 // In hundredths of a millimetre; by block, by layer and the default are negative.
 constexpr long long kLineWeights[] = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,

@@ -9,6 +9,10 @@
 
 namespace lomlisp::embedded {
 
+// What only records have, not the drawing's groups.
+inline constexpr int kNameOfObject = -1;
+inline constexpr int kExtendedData = -3;
+
 // Appends the group's record; nothing for a code that no record can have. Angles become radians, integers are
 // cut to the width of the record's value.
 void AppendRecord(Chain& chain, const Group& group, const Drawing& drawing);

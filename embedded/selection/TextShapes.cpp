@@ -18,13 +18,13 @@ constexpr double kLineDistance = 5.0 / 3.0;
 // Characters whatever the width of wchar_t: the second half of a pair counts nothing.
 bool IsCharacter(wchar_t unit) { return unit < 0xDC00 || unit > 0xDFFF; }
 
-struct Size {
+struct TextSize {
   double width;
   double height;
 };
 
 // A rectangle whose point at the given parts of its width and height is at `anchor`.
-void AddBox(const Transform& place, Size size, Position anchor, Shape& shape) {
+void AddBox(const Transform& place, TextSize size, Position anchor, Shape& shape) {
   const double left = -anchor.x * size.width;
   const double bottom = -anchor.y * size.height;
   const double right = left + size.width;
@@ -38,7 +38,7 @@ std::wstring_view ShownText(const Object& entity) {
   return TextOf(entity.groups, entity.Type() == L"ATTDEF" ? 2 : 1);
 }
 
-Size SizeOf(const Object& text) {
+TextSize SizeOf(const Object& text) {
   const std::wstring_view characters = ShownText(text);
   const double height = std::abs(RealOf(text.groups, 40));
   const auto count = std::count_if(characters.begin(), characters.end(), IsCharacter);
@@ -128,7 +128,7 @@ std::wstring WholeText(const Groups& groups) {
   return whole;
 }
 
-Size SizeOfMText(const Groups& groups) {
+TextSize SizeOfMText(const Groups& groups) {
   const double height = std::abs(RealOf(groups, 40));
   const double character = height * kCharacterWidth;
   const double frame = RealOf(groups, 41);
@@ -159,7 +159,7 @@ void AddText(const Object& entity, const Transform& toWorld, Shape& shape) {
   const bool isAtFirst = second == nullptr || (horizontal == 0 && vertical == 0);
   if (first == nullptr && isAtFirst) return;
   const Transform axes = OwnAxes(entity, toWorld);
-  const Size size = SizeOf(entity);
+  const TextSize size = SizeOf(entity);
   if (first != nullptr && !isAtFirst && (horizontal == 3 || horizontal == 5))
     return AddFittedText(axes, *first, *second, size.height, shape);
   const Transform place = axes * Translation(isAtFirst ? *first : *second) * Rotation(RealOf(groups, 50));

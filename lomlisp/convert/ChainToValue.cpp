@@ -24,7 +24,7 @@ namespace {
 using Element = CLOMAdsLispVar::Element;
 
 template <class Value>
-Element NewAtom(const Value& value) {
+Element AtomOf(const Value& value) {
   Element element = NewNode();
   element->atom = value;
   return element;
@@ -34,9 +34,9 @@ bool Closes(const resbuf& record) { return record.restype == RTLE || record.rest
 
 // Reads the elements of a list and of all lists within it, with the lists that are open on a stack
 // of its own.
-class ElementReader {
+class ChainReader {
  public:
-  explicit ElementReader(const resbuf*& cur) : m_cur(cur) {}
+  explicit ChainReader(const resbuf*& cur) : m_cur(cur) {}
 
   // Into the outermost list, which no bracket closes here.
   bool Read(CLOMLispElement& list) {
@@ -125,7 +125,7 @@ class RunReader {
     } else {
       group.dotted = 1;
       group.children.reserve(2);
-      group.children.push_back(NewAtom(code));
+      group.children.push_back(AtomOf(code));
       AppendValue(type, group);
     }
     return true;
@@ -175,7 +175,7 @@ bool CLOMAdsLispVar::ADS_ElementListe(const resbuf*& cur, Element& node, bool) {
     node.reset();
     return true;
   }
-  return ElementReader(cur).Read(*node);
+  return ChainReader(cur).Read(*node);
 }
 
 bool CLOMAdsLispVar::ADS_DXFList_Or_Atom(const resbuf*& cur, Element& node, bool) {
@@ -203,7 +203,7 @@ bool CLOMAdsLispVar::ADS_Atom(const resbuf* record, Element& node) {
     case RT3DPOINT: {
       const size_t dimensions = record->restype == RTPOINT ? 2 : 3;
       node->children.reserve(dimensions);
-      for (size_t i = 0; i < dimensions; ++i) node->children.push_back(NewAtom(record->resval.rpoint[i]));
+      for (size_t i = 0; i < dimensions; ++i) node->children.push_back(AtomOf(record->resval.rpoint[i]));
       break;
     }
     case RTVOID:

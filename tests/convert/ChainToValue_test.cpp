@@ -1,7 +1,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::chain_to_value {
 namespace {
 
 using Element = CLOMAdsLispVar::Element;
@@ -473,4 +473,4 @@ TEST_F(ChainToValue, ATextForWhichMemoryRunsOutIsNull) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::chain_to_value

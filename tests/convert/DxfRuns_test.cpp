@@ -1,7 +1,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::dxf_runs {
 namespace {
 
 constexpr size_t kMany = kLarge;
@@ -242,4 +242,4 @@ TEST_F(DxfRuns, ATextForWhichMemoryRunsOutIsNull) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::dxf_runs

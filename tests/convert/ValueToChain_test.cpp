@@ -1,7 +1,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::value_to_chain {
 namespace {
 
 constexpr size_t kMany = kLarge;
@@ -348,4 +348,4 @@ TEST_F(ValueToChain, AFailureBetweenGoodGroupsTakesLinearTimeToo) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::value_to_chain

@@ -4,7 +4,7 @@
 #include <limits>
 #include <string>
 
-namespace lomlisp::test {
+namespace lomlisp::test::variants {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -303,4 +303,4 @@ TEST_F(Variants, DeepAndLongValuesNeedNoStack) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::variants

@@ -1,7 +1,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::return_value {
 namespace {
 
 constexpr size_t kMany = kLarge / 5;
@@ -248,4 +248,4 @@ TEST_F(ValueReturn, NothingLeaksWhenMemoryRunsOut) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::return_value

@@ -4,7 +4,7 @@
 #include <limits>
 #include <random>
 
-namespace lomlisp::test {
+namespace lomlisp::test::equality {
 namespace {
 
 using Value = CLOMAdsLispVar;
@@ -446,4 +446,4 @@ TEST_F(Equality, LongValuesTakeLinearTime) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::equality

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-namespace lomlisp::test {
+namespace lomlisp::test::order {
 namespace {
 
 using Value = CLOMAdsLispVar;
@@ -267,4 +267,4 @@ TEST_F(OrderOfAtoms, DeepAndLongOperandsNeedNoStack) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::order

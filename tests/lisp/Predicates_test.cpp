@@ -1,6 +1,6 @@
 #include <tests/support/HostTest.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::predicates {
 namespace {
 
 using Value = CLOMAdsLispVar;
@@ -268,4 +268,4 @@ TEST_F(Predicates, WhatIsNoNumberIsNotZero) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::predicates

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::sharing_model {
 
 namespace {
 
@@ -225,7 +225,7 @@ const Operation kOperations[] = {
      [](Model& m, const Choice& c) {
        m.variables[c.x] = m.Add({ModelNode::NilAtom, 0, {}});
      }},
-    {"x = ()", [](Variables& v, const Choice& c) { v[c.x] = ListOf({}); },
+    {"x = ()", [](Variables& v, const Choice& c) { v[c.x] = MakeNode({}, false); },
      [](Model& m, const Choice& c) { m.variables[c.x] = m.AddList({}); }},
     {"x = (y . z)",
      [](Variables& v, const Choice& c) {
@@ -421,4 +421,4 @@ TEST_F(SharingModelTest, LongRandomSequencesAgreeWithTheModel) {
     if (!RunSequence(seed, 1000)) return;
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::sharing_model

@@ -3,7 +3,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace lomlisp::test {
+namespace lomlisp::test::value_handle {
 namespace {
 
 using Value = CLOMAdsLispVar;
@@ -436,4 +436,4 @@ TEST_F(ValueHandle, GetStringOfANullTextIsEmpty) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::value_handle

@@ -1,7 +1,7 @@
 // Append and NConc: the members of one list at the end of another.
 #include <tests/listops/Values.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::append {
 
 using AppendTest = HostTest;
 using NConcTest = HostTest;
@@ -339,4 +339,4 @@ TEST_F(NConcTest, StaticGivesTheUnchangedVariableAfterARefusal) {
   EXPECT_EQ(Printed(), kMemberNoList);
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::append

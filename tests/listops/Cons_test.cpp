@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::cons {
 
 using ConsTest = HostTest;
 using ConsTakeOverTest = HostTest;
@@ -371,4 +371,4 @@ TEST_F(ConsAssignmentTest, NeverBuildsACycle) {
   }
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::cons

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::listops_depth {
 
 namespace {
 
@@ -281,4 +281,4 @@ TEST_F(ListOpsDepthTest, ConsLooksThroughSharedPartsOnlyOnce) {
   EXPECT_EQ(Child(other, 0), parts.New());
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::listops_depth

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::nth_last_length {
 
 using NthTest = HostTest;
 using LastTest = HostTest;
@@ -332,4 +332,4 @@ TEST_F(LengthTest, StaticOfWhatIsNoProperListIsZeroAndReportsWithEcho) {
   }
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::nth_last_length

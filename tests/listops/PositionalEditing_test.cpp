@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace lomlisp::test {
+namespace lomlisp::test::positional_editing {
 namespace {
 
 constexpr int kLowest = std::numeric_limits<int>::min();
@@ -512,4 +512,4 @@ TEST_F(PositionalEditing, LongListsAreEditedInLinearTime) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::positional_editing

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::reverse {
 
 using ReverseTest = HostTest;
 
@@ -148,4 +148,4 @@ TEST_F(ReverseTest, AssignedAfterARefusalMakesTheTargetNil) {
   EXPECT_EQ(Printed(), "CLOMAdsLisp::Reverse : Parameter muß eine Liste sein !\n");
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::reverse

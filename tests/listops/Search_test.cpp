@@ -2,7 +2,7 @@
 #include <tests/listops/Values.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::search {
 namespace {
 
 const std::string kMemberNoList = "CLOMAdsLisp::Member : Parameter \"List\" muß eine Liste sein !\n";
@@ -437,4 +437,4 @@ TEST_F(ListSearch, LongListsAreSearchedInLinearTime) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::search

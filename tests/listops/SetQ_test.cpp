@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-namespace lomlisp::test {
+namespace lomlisp::test::set_q {
 
 using SetQTest = HostTest;
 using SetQMemberTest = HostTest;
@@ -404,4 +404,4 @@ TEST_F(SetQMemberTest, LetsBothHandlesSeeLaterChanges) {
   EXPECT_EQ(Text(b), "(8 9)");
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::set_q

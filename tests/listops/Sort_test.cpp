@@ -6,7 +6,7 @@
 #include <numeric>
 #include <random>
 
-namespace lomlisp::test {
+namespace lomlisp::test::sort {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -472,4 +472,4 @@ TEST_F(SortTest, DeepMembersNeedNoStack) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::sort

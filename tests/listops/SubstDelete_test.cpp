@@ -2,7 +2,7 @@
 #include <tests/listops/Values.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::subst_delete {
 namespace {
 
 // Both functions print the same text.
@@ -306,4 +306,4 @@ TEST_F(SubstDelete, LongListsAreEditedInLinearTime) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::subst_delete

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace lomlisp::test {
+namespace lomlisp::test::list_operations {
 
 using SharedHandles = PropertyTest;
 
@@ -338,4 +338,4 @@ RC_GTEST_FIXTURE_PROP(SharedHandles, HoldAndShareWhatTheModelSays, ()) {
   }
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::list_operations

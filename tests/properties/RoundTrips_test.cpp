@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace lomlisp::test {
+namespace lomlisp::test::round_trips {
 
 using RoundTripOfValues = PropertyTest;
 
@@ -122,4 +122,4 @@ RC_GTEST_FIXTURE_PROP(RoundTripOfValues, ADeepCopyIsTheSameAndSharesNothing, ())
   RC_ASSERT(Printed() == "");
 }
 
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::round_trips

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-namespace lomlisp::test {
+namespace lomlisp::test::res_buf_compare {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -463,4 +463,4 @@ TEST_F(ResBufCompare, TypesWithoutAnOrderSaySo) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::res_buf_compare

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace lomlisp::test {
+namespace lomlisp::test::value_classes {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -449,4 +449,4 @@ TEST_F(ShortestReals, ReadBackAsTheSameReal) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::value_classes

@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-namespace lomlisp::test {
+namespace lomlisp::test::spatial_index {
 namespace {
 
 using embedded::Box;
@@ -81,4 +81,4 @@ TEST_F(SpatialIndexTest, LongBoxesDoNotSpoilTheSearchForSmallOnes) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::spatial_index

@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace lomlisp::test {
+namespace lomlisp::test::formatter {
 namespace {
 
 using Values = CArray<CLOMAdsLispVar, CLOMAdsLispVar>;
@@ -641,4 +641,4 @@ TEST_F(FormatterTest, ADeepValueHasNoText) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::formatter

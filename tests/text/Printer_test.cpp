@@ -4,7 +4,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::printer {
 namespace {
 
 constexpr size_t kMany = kLarge;
@@ -278,4 +278,4 @@ TEST_F(Printer, ATextAtomForWhichMemoryRunsOutIsEmpty) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::printer

@@ -2,7 +2,7 @@
 #include <tests/support/Chains.h>
 #include <tests/support/SmallStack.h>
 
-namespace lomlisp::test {
+namespace lomlisp::test::reader {
 namespace {
 
 using Element = CLOMAdsLispVar::Element;
@@ -495,4 +495,4 @@ TEST_F(ReaderTest, FailsOnLongTextOnASmallStack) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::reader

@@ -5,7 +5,7 @@
 #include <limits>
 #include <sstream>
 
-namespace lomlisp::test {
+namespace lomlisp::test::tokens {
 namespace {
 
 using Token = CLOMAdsLispVar::Token;
@@ -361,4 +361,4 @@ TEST_F(Tokens, AMalformedOneIsNotTooLong) {
 }
 
 }  // namespace
-}  // namespace lomlisp::test
+}  // namespace lomlisp::test::tokens
