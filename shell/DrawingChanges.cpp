@@ -11,7 +11,11 @@ namespace lomlisp::shell {
 
 namespace {
 
-using namespace lomlisp::embedded;
+using embedded::Chain;
+using embedded::Drawing;
+using embedded::ExtendedData;
+using embedded::Group;
+using embedded::Object;
 
 using Entities = std::map<uint64_t, const Object*>;
 using Lines = std::vector<std::wstring>;
@@ -26,8 +30,8 @@ Entities EntitiesOf(Drawing& drawing) {
 
 std::wstring GroupText(const Group& group, const Drawing& drawing) {
   Chain chain;
-  AppendRecord(chain, group, drawing);
-  return ToText(chain);
+  embedded::AppendRecord(chain, group, drawing);
+  return embedded::ToText(chain);
 }
 
 // Group by group, extended data behind them.
@@ -35,7 +39,7 @@ Lines TextsOf(const Object& entity, const Drawing& drawing) {
   Lines texts;
   for (const Group& group : entity.groups) texts.push_back(GroupText(group, drawing));
   for (const ExtendedData& data : entity.extended) {
-    texts.push_back(GroupText({kApplicationCode, data.application}, drawing));
+    texts.push_back(GroupText({embedded::kApplicationCode, data.application}, drawing));
     for (const Group& group : data.groups) texts.push_back(GroupText(group, drawing));
   }
   return texts;
@@ -56,7 +60,7 @@ std::wstring Without(const Lines& texts, const Lines& others) {
 }
 
 std::wstring Heading(const Object& entity) {
-  return HandleText(entity.handle) + L" " + std::wstring(entity.Type()) + L": ";
+  return embedded::HandleText(entity.handle) + L" " + std::wstring(entity.Type()) + L": ";
 }
 
 bool IsSame(const Object& before, const Object& after) {

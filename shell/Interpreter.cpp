@@ -21,8 +21,6 @@ std::map<std::string, Interpreter::Function, std::less<>>& Functions() {
   return functions;
 }
 
-cl_object LomSymbol(const char* name) { return ecl_make_symbol(name, "LOM"); }
-
 // Set from signal handlers: the symbol must have been looked up before.
 cl_object InterruptedSymbol() {
   static const cl_object symbol = LomSymbol("*INTERRUPTED*");
@@ -39,7 +37,7 @@ std::vector<std::wstring> TextsOf(cl_object list) {
   return texts;
 }
 
-std::vector<Chain> ItemsOf(cl_object list) {
+std::vector<Chain> ChainsOf(cl_object list) {
   std::vector<Chain> items;
   for (; ECL_CONSP(list); list = ECL_CONS_CDR(list)) AppendItem(items.emplace_back(), ECL_CONS_CAR(list));
   return items;
@@ -50,7 +48,7 @@ cl_object Nth(cl_fixnum index, cl_object list) { return ecl_nth(index, list); }
 // What went wrong, if something did: no exception may pass through LISP.
 std::optional<std::wstring> CallFunction(const std::string& name, cl_object arguments, Chain& value) {
   try {
-    value = Functions().at(name)(ItemsOf(arguments));
+    value = Functions().at(name)(ChainsOf(arguments));
     return std::nullopt;
   } catch (const LispError& error) {
     return error.Text();

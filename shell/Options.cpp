@@ -11,7 +11,7 @@ namespace lomlisp::shell {
 
 namespace {
 
-constexpr const char* kHelp =
+constexpr const char* kUsage =
     "lomsh: a LISP session with a drawing and client modules\n"
     "\n"
     "  lomsh [drawing.dxf] [options]\n"
@@ -100,7 +100,7 @@ ReadOptions ReadCommandLine(int count, char** words) {
         break;
       }
       case 'h':
-        return {std::nullopt, kHelp, 0};
+        return {std::nullopt, kUsage, 0};
       case ':':
         return Refused(std::string(words[optind - 1]) + ": something is missing behind it");
       default:

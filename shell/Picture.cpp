@@ -25,7 +25,7 @@ using embedded::Drawing;
 using embedded::Object;
 
 // The live entities of the main list, in drawing order.
-std::vector<Object*> Entities(Drawing& drawing) {
+std::vector<Object*> LiveEntities(Drawing& drawing) {
   std::vector<Object*> live;
   for (Object* entity : drawing.Entities().members)
     if (!entity->isErased) live.push_back(entity);
@@ -37,8 +37,8 @@ std::vector<Object*> Entities(Drawing& drawing) {
 std::string WriteSelected(Drawing& drawing, const std::string& file, const std::set<uint64_t>& handles) {
   embedded::DxfOpened copy = embedded::ReadDxf(file);
   if (!copy.drawing) return {};
-  const std::vector<Object*> originals = Entities(drawing);
-  const std::vector<Object*> copies = Entities(*copy.drawing);
+  const std::vector<Object*> originals = LiveEntities(drawing);
+  const std::vector<Object*> copies = LiveEntities(*copy.drawing);
   for (size_t index = 0; index < std::min(originals.size(), copies.size()); ++index)
     if (!handles.contains(originals[index]->handle)) copy.drawing->SetErased(*copies[index], true);
   return embedded::WriteDxf(*copy.drawing);

@@ -18,7 +18,6 @@ namespace {
 
 using embedded::Host;
 
-constexpr std::wstring_view kPrompt = L"Command: ";
 // While something is open, as the host asks on.
 constexpr std::wstring_view kOpenPrompt = L"(_> ";
 

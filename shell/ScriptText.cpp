@@ -11,7 +11,7 @@ namespace {
 
 constexpr wchar_t kByteOrderMark = 0xFEFF;
 
-std::wstring TextOf(const std::string& bytes) {
+std::wstring Decoded(const std::string& bytes) {
   std::wstring text = embedded::FromUtf8(bytes);
   const bool isUtf8 = embedded::Utf8(text) == bytes;
   if (isUtf8) return text;
@@ -27,7 +27,7 @@ std::optional<std::wstring> ReadScript(const std::filesystem::path& path) {
   const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   std::error_code ignored;
   if (!in || in.bad() || std::filesystem::is_directory(path, ignored)) return std::nullopt;
-  std::wstring text = TextOf(bytes);
+  std::wstring text = Decoded(bytes);
   if (!text.empty() && text.front() == kByteOrderMark) text.erase(0, 1);
   return text;
 }

@@ -21,8 +21,6 @@ namespace {
 using embedded::Chain;
 using embedded::Host;
 
-constexpr std::wstring_view kPrompt = L"Command: ";
-
 Input::Kind InputKind(const Options& options) {
   if (options.isBatch) return Input::Kind::Nobody;
   return isatty(STDIN_FILENO) != 0 ? Input::Kind::Terminal : Input::Kind::Pipe;

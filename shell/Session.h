@@ -15,6 +15,8 @@
 
 namespace lomlisp::shell {
 
+inline constexpr std::wstring_view kPrompt = L"Command: ";
+
 // One in a process. It makes the embedded host LISP's.
 class Session {
  public:

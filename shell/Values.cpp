@@ -16,9 +16,6 @@ using embedded::Chain;
 using embedded::Mark;
 using embedded::Record;
 
-// Symbols stay where they are, and no collection takes them.
-cl_object LomSymbol(const char* name) { return ecl_make_symbol(name, "LOM"); }
-
 cl_object EntityNameType() {
   static const cl_object type = LomSymbol("ENTITY-NAME");
   return type;
@@ -201,6 +198,8 @@ cl_object ValueOf(const Chain& chain) {
   return isOneItem ? ECL_CONS_CAR(items) : items;
 }
 
+cl_object LomSymbol(const char* name) { return ecl_make_symbol(name, "LOM"); }
+
 cl_object LispText(std::wstring_view text) {
   const cl_object string = ecl_alloc_simple_extended_string(text.size());
   for (size_t index = 0; index < text.size(); ++index) {
@@ -213,7 +212,7 @@ cl_object LispText(std::wstring_view text) {
 std::wstring TextOf(cl_object string) {
   std::wstring text;
   if (!ECL_STRINGP(string)) return text;
-  const cl_index length = ecl_length(string);
+  const auto length = static_cast<cl_index>(ecl_length(string));
   text.reserve(length);
   for (cl_index index = 0; index < length; ++index) text += static_cast<wchar_t>(ecl_char(string, index));
   return text;

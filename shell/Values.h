@@ -30,6 +30,9 @@ void AppendItem(embedded::Chain& chain, cl_object value);
 // does not show. The chain must be one that the host has taken.
 cl_object ValueOf(const embedded::Chain& chain);
 
+// A symbol of the dialect's own, which stays where it is: nothing collects it.
+cl_object LomSymbol(const char* name);
+
 cl_object LispText(std::wstring_view text);
 // Of a LISP string; empty for all else.
 std::wstring TextOf(cl_object string);

@@ -2,6 +2,8 @@
 
 #include <shell/Values.h>
 
+#include <lomlisp/platform/modules.h>
+
 #include <embedded/Host.h>
 #include <embedded/Nesting.h>
 #include <embedded/Text.h>
@@ -85,6 +87,20 @@ Chain NameItem(const Name& name, short type) {
   record.value.rlname[0] = name.words[0];
   record.value.rlname[1] = name.words[1];
   return {record};
+}
+
+uint64_t HandleIn(const Record& entity) {
+  const auto handle = Host::Instance().CurrentDrawing().HandleOf(entity.value.rlname);
+  if (!handle || *handle == 0) throw LispError(L"bad argument value: an entity of another drawing");
+  return *handle;
+}
+
+std::vector<uint64_t> HandlesIn(const Name& set) {
+  std::vector<uint64_t> handles;
+  Name entity;
+  for (int position = 0; acedSSName(set.words, position, entity.words) == RTNORM; ++position)
+    handles.push_back(HandleIn(NameItem(entity).front()));
+  return handles;
 }
 
 }  // namespace lomlisp::shell

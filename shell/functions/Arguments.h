@@ -8,7 +8,7 @@
 
 #include <embedded/Chain.h>
 
-#include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -55,5 +55,10 @@ struct Name {
   bool isNull = false;
 };
 embedded::Chain NameItem(const Name& name, short type = RTENAME);
+
+// The handle of an entity. Throws LispError for one of another drawing.
+uint64_t HandleIn(const embedded::Record& entity);
+// Those of a selection set.
+std::vector<uint64_t> HandlesIn(const Name& set);
 
 }  // namespace lomlisp::shell

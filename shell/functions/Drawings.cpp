@@ -8,8 +8,6 @@
 #include <shell/Values.h>
 #include <shell/functions/Arguments.h>
 
-#include <lomlisp/platform/modules.h>
-
 #include <embedded/Host.h>
 #include <embedded/Text.h>
 
@@ -65,14 +63,6 @@ Chain New(const Arguments&) {
   return Nil();
 }
 
-std::set<uint64_t> HandlesIn(const Name& set) {
-  std::set<uint64_t> handles;
-  Name entity;
-  for (int position = 0; acedSSName(set.words, position, entity.words) == RTNORM; ++position)
-    if (const auto handle = Host::Instance().CurrentDrawing().HandleOf(entity.words)) handles.insert(*handle);
-  return handles;
-}
-
 // The drawing as its file has it; a new one where it has none.
 std::unique_ptr<embedded::Drawing> SavedDrawing() {
   const std::filesystem::path path = DrawingPath();
@@ -94,7 +84,10 @@ Chain Changes(const Arguments&) {
 // (draw [set] [name]): beside nothing else a picture in the current folder, of the drawing's name.
 Chain Draw(const Arguments& arguments) {
   std::optional<std::set<uint64_t>> handles;
-  if (!IsNil(arguments[0])) handles = HandlesIn(Name(arguments[0]));
+  if (!IsNil(arguments[0])) {
+    const std::vector<uint64_t> members = HandlesIn(Name(arguments[0]));
+    handles.emplace(members.begin(), members.end());
+  }
   std::filesystem::path picture = std::filesystem::path(embedded::Utf8(VariableText(L"DWGNAME"))).stem();
   picture.replace_extension(".svg");
   if (!IsNil(arguments[1])) picture = PathIn(arguments[1]);

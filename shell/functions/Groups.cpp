@@ -22,7 +22,7 @@ using embedded::Record;
 constexpr short kExtendedData = -3;
 constexpr short kApplication = 1001;
 
-std::optional<double> RealIn(const Record& record) {
+std::optional<double> AsReal(const Record& record) {
   switch (record.type) {
     case RTREAL:
       return record.value.rreal;
@@ -35,7 +35,7 @@ std::optional<double> RealIn(const Record& record) {
   }
 }
 
-std::optional<int64_t> IntegerIn(const Record& record) {
+std::optional<int64_t> AsInteger(const Record& record) {
   if (record.type == RTSHORT) return record.value.rint;
   if (record.type == RTLONG) return record.value.rlong;
   return std::nullopt;
@@ -86,7 +86,7 @@ class GroupReader {
   }
 
   short ReadCode() {
-    const auto code = IntegerIn(Take());
+    const auto code = AsInteger(Take());
     if (!code || !std::in_range<short>(*code)) Fail();
     return static_cast<short>(*code);
   }
@@ -133,7 +133,7 @@ class GroupReader {
   }
 
   double Coordinate() {
-    const auto real = RealIn(Take());
+    const auto real = AsReal(Take());
     if (!real) Fail();
     return *real;
   }
@@ -146,7 +146,7 @@ class GroupReader {
         group.hasText = true;
         return;
       case RTREAL: {
-        const auto real = RealIn(value);
+        const auto real = AsReal(value);
         if (!real) Fail();
         group.value.rreal = *real;
         return;
@@ -165,7 +165,7 @@ class GroupReader {
   }
 
   void SetInteger(Record& group, const Record& value) {
-    const auto integer = IntegerIn(value);
+    const auto integer = AsInteger(value);
     if (!integer) Fail();
     switch (DxfType(group.type)) {
       case RTSHORT:

@@ -103,21 +103,7 @@ Chain EntSel(const Arguments& arguments) {
 
 // --- Answers laid down ---
 
-uint64_t HandleIn(const embedded::Record& record) {
-  const auto handle = Host::Instance().CurrentDrawing().HandleOf(record.value.rlname);
-  if (!handle || *handle == 0) throw LispError(L"bad argument value: an entity of another drawing");
-  return *handle;
-}
-
-embedded::Point PointOf(const Coordinates& at) { return {at[0], at[1], at[2], false}; }
-
-std::vector<uint64_t> HandlesIn(const Name& set) {
-  std::vector<uint64_t> handles;
-  Name entity;
-  for (int position = 0; acedSSName(set.words, position, entity.words) == RTNORM; ++position)
-    handles.push_back(HandleIn(NameItem(entity).front()));
-  return handles;
-}
+embedded::Point DrawingPoint(const Coordinates& at) { return {at[0], at[1], at[2], false}; }
 
 // nil is Enter, "^C" a cancellation, a text what is typed; a point picks, an entity or a list of an entity
 // and a point picks that, a selection set selects.
@@ -128,10 +114,10 @@ embedded::UserAnswer AnswerOf(const Chain& item) {
   if (first.type == RTSTR) return embedded::TypeText{first.text};
   if (first.type == RTENAME) return embedded::PickEntity{HandleIn(first), {}};
   if (first.type == RTPICKS) return embedded::SelectEntities{HandlesIn(Name(item))};
-  if (const auto point = PointIn(item)) return embedded::PickPoint{PointOf(*point)};
+  if (const auto point = PointIn(item)) return embedded::PickPoint{DrawingPoint(*point)};
   if (item.size() > 2 && item[1].type == RTENAME)
     if (const auto point = PointIn(Chain(item.begin() + 2, item.end() - 1)))
-      return embedded::PickEntity{HandleIn(item[1]), PointOf(*point)};
+      return embedded::PickEntity{HandleIn(item[1]), DrawingPoint(*point)};
   throw LispError(L"bad argument value: no answer: " + embedded::ToText(item));
 }
 
