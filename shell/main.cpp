@@ -19,7 +19,9 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace {
 
@@ -32,6 +34,11 @@ uint64_t EntityCount() {
   const auto& members = drawing.Entities().members;
   return static_cast<uint64_t>(
       std::count_if(members.begin(), members.end(), [](const auto* entity) { return !entity->isErased; }));
+}
+
+bool IsReadable(const std::string& file) {
+  std::error_code ignored;
+  return access(file.c_str(), R_OK) == 0 && !std::filesystem::is_directory(file, ignored);
 }
 
 // From the drawing that is opened to the report at the end.
@@ -53,7 +60,7 @@ class Run {
  private:
   int Prepare() {
     for (const Options::Work& work : m_options.work)
-      if (work.isFile && access(work.text.c_str(), R_OK) != 0) return Refuse(work.text + ": cannot be read");
+      if (work.isFile && !IsReadable(work.text)) return Refuse(work.text + ": cannot be read");
     if (m_options.drawing)
       if (const auto error = OpenDrawing(*m_options.drawing)) return Refuse(*error);
     for (const auto& module : m_options.modules)

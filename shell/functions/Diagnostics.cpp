@@ -63,7 +63,7 @@ void ShowCall(const LoggedCall& call) {
   if (!call.name.empty()) line += L" \"" + call.name + L"\"";
   for (const Chain& chain : call.chains) line += L" " + (chain.empty() ? L"null" : embedded::ToText(chain));
   line += L" -> " + StatusText(call.status);
-  if (call.result) line += L" " + embedded::ToText(*call.result);
+  if (call.result && !call.result->empty()) line += L" " + embedded::ToText(*call.result);
   if (call.objection) line += L": " + embedded::FromUtf8(*call.objection);
   embedded::Console& console = Host::Instance().console;
   if (!console.IsAtLineStart()) console.Write(L"\n");

@@ -21,11 +21,6 @@ namespace {
 using embedded::Chain;
 using embedded::Host;
 
-std::string ErrorText(const std::filesystem::path& path, const embedded::DxfError& error) {
-  const std::string place = error.line > 0 ? ":" + std::to_string(error.line) : std::string();
-  return path.string() + place + ": " + error.message;
-}
-
 void ThrowIf(const std::optional<std::string>& error) {
   if (error) throw LispError(embedded::FromUtf8(*error));
 }
@@ -68,7 +63,7 @@ std::unique_ptr<embedded::Drawing> SavedDrawing() {
   const std::filesystem::path path = DrawingPath();
   if (path.empty()) return std::make_unique<embedded::Drawing>();
   embedded::DxfOpened opened = embedded::OpenDxf(path);
-  if (opened.error) throw LispError(embedded::FromUtf8(ErrorText(path, *opened.error)));
+  if (opened.error) throw LispError(embedded::FromUtf8(opened.error->message));
   return std::move(opened.drawing);
 }
 
@@ -99,12 +94,12 @@ Chain Draw(const Arguments& arguments) {
 
 std::optional<std::string> OpenDrawing(const std::filesystem::path& path) {
   const auto error = Host::Instance().Open(path, Progress(path));
-  return error ? std::optional(ErrorText(path, *error)) : std::nullopt;
+  return error ? std::optional(error->message) : std::nullopt;
 }
 
 std::optional<std::string> SaveDrawing(const std::filesystem::path& path) {
   const auto error = Host::Instance().Save(path);
-  return error ? std::optional(ErrorText(path, *error)) : std::nullopt;
+  return error ? std::optional(error->message) : std::nullopt;
 }
 
 void DefineDrawingFunctions() {

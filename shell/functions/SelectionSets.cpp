@@ -38,9 +38,9 @@ class SelectionArguments {
  public:
   explicit SelectionArguments(const Arguments& arguments) : m_arguments(arguments) {
     TakeMode();
-    if (embedded::TakesPointChain(
-            embedded::ReadSelectionMode(m_mode).value_or(embedded::SelectionMode::User)))
-      TakeCorners();
+    const auto mode = embedded::ReadSelectionMode(m_mode);
+    if (!mode) throw LispError(L"bad SSGET mode string");
+    if (embedded::TakesPointChain(*mode)) TakeCorners();
     TakePointOrNil(m_first);
     TakePointOrNil(m_second);
     if (HasNext()) m_filter = GroupsOf(Take());

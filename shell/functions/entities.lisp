@@ -3,6 +3,8 @@
 (in-package lom)
 
 (define entget ((entity entity-name) &optional (applications proper-list))
+  (dolist (application applications)
+    (if (not (stringp application)) (bad-type "stringp" application)))
   (call-host "entget" entity applications))
 
 (define entmod ((groups proper-list))

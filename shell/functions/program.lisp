@@ -15,7 +15,8 @@
   (call-host "trace-host" on))
 
 (define open-drawing ((name string))
-  (call-host "open-drawing" (or (find-file name) (native-path name))))
+  (call-host "open-drawing" (or (find-file name) (native-path name)))
+  name)
 
 (define save-drawing (&optional (name string))
   (call-host "save-drawing" (if name (native-path name))))

@@ -16,10 +16,14 @@
                        t))
                    *sets*)))
 
+(defvar *sets-to-look-at* 64
+  "With so many sets it is worth looking for those that are out of reach, which takes its time.")
+
 (defun new-set (make)
   "The set that MAKE gives, if it gives one."
-  (if (>= (length *sets*) 64)
-      (forget-sets))
+  (when (>= (length *sets*) *sets-to-look-at*)
+    (forget-sets)
+    (setq *sets-to-look-at* (max 64 (min 120 (+ 32 (length *sets*))))))
   (let ((set (funcall make)))
     (if set
         (push (cons (ext:make-weak-pointer set) (copy-selection-set set)) *sets*))
@@ -42,4 +46,5 @@
   (call-host "sslength" set))
 
 (define ssname ((set selection-set) (position number))
-  (call-host "ssname" set (truncate position)))
+  (if (< -1 position 2147483648)
+      (call-host "ssname" set (truncate position))))
