@@ -60,6 +60,14 @@ int FreeTwice() {
   return acedRetNil();
 }
 
+// Reading what may change at any time counts as progress, so that the compiler keeps the loop.
+int Endless() {
+  const volatile bool isOver = false;
+  while (!isOver) {
+  }
+  return acedRetNil();
+}
+
 int Throw() { throw std::runtime_error("out of paper"); }
 
 int Count() {
@@ -105,6 +113,7 @@ struct {
     {L"UNLOAD-ITSELF", UnloadItself},
     {L"FORGET", Forget},
     {L"NAME-OF-BOTH", [] { return acedRetInt(NameOfBoth()); }},
+    {L"ENDLESS", Endless},
 };
 
 constexpr int kThrowByMessage = 12;
