@@ -248,6 +248,13 @@ class Save(ShellTest):
                 self.assertIn(name, done.stderr)
                 self.assertEqual(json.loads(done.stdout)["status"], NOT_WRITTEN)
 
+    def test_what_is_no_file_is_not_replaced_by_one(self):
+        # As a device must not be, which a test had better not try.
+        os.mkfifo(self.folder / "pipe.dxf")
+        done = self.lomsh("plan.dxf", "-e", "1", "--save", "pipe.dxf")
+        self.assertTrue((self.folder / "pipe.dxf").is_fifo())
+        self.assertEqual(done.returncode, NOT_WRITTEN)
+
     def test_a_disk_that_is_full_leaves_the_old_file(self):
         before = (self.folder / "plan.dxf").read_bytes()
 
@@ -262,6 +269,38 @@ class Save(ShellTest):
         self.assertIn("plan.dxf", done.stderr)
         self.assertEqual((self.folder / "plan.dxf").read_bytes(), before)
         self.assertEqual([file.name for file in self.folder.glob("plan.dxf*")], ["plan.dxf"])
+
+
+class Names(ShellTest):
+    """Names of files with letters beyond ASCII, whatever the language of the system."""
+
+    def test_a_drawing_and_its_folder(self):
+        (self.folder / "Größe Ж").mkdir()
+        (self.folder / "plan.dxf").rename(self.folder / "Größe Ж" / "Türöffnung.dxf")
+        done = self.lomsh("Größe Ж/Türöffnung.dxf", "-e", '(list (getvar "DWGNAME") (sslength (ssget "X")))')
+        self.assertEqual((done.returncode, done.stderr), (GOOD, ""))
+        self.assertTrue(done.stdout.endswith('\n("Türöffnung.dxf" 61)\n'), done.stdout)
+
+    def test_a_batch_that_saves(self):
+        done = self.lomsh("--batch", "plan.dxf", "-e", "(entdel (entnext))", "--save", "Möbel.dxf")
+        self.assertEqual((done.returncode, done.stderr), (GOOD, ""))
+        self.assertEqual(json.loads(done.stdout)["status"], GOOD)
+        self.assertTrue((self.folder / "Möbel.dxf").exists())
+
+    def test_functions_of_lisp(self):
+        done = self.lomsh("plan.dxf", "-e", '(save-drawing "Möbel Ж.dxf")', "-e", "(new-drawing)",
+                          "-e", '(open-drawing "Möbel Ж.dxf")', "-e", '(getvar "DWGNAME")')
+        self.assertEqual(done.returncode, GOOD, done.stdout)
+        self.assertTrue(done.stdout.endswith('\n"Möbel Ж.dxf"\n'), done.stdout)
+
+    def test_scripts_and_modules(self):
+        (self.folder / "Größe").mkdir()
+        (self.folder / "parts.so").rename(self.folder / "Größe" / "Möbel.so")
+        self.write("Größe/Tür.lsp", '(LABEL "M" 1 1.0)\n')
+        done = self.lomsh("-m", "Größe/Möbel.so", "-s", "Größe/Tür.lsp", "-e", "(arx)", "--transcript", "Ж.txt")
+        self.assertEqual(done.returncode, GOOD, done.stdout)
+        self.assertTrue(done.stdout.endswith('\n("Möbel.so")\n'), done.stdout)
+        self.assertEqual((self.folder / "Ж.txt").read_text(), done.stdout)
 
 
 class FullDisk(ShellTest):
@@ -475,6 +514,7 @@ class Timeouts(ShellTest):
         line = json.loads(done.stdout)
         self.assertEqual((line["file"], line["status"], line["entities_before"]), ("plan.dxf", TIMEOUT, 61))
         self.assertEqual(len(line["errors"]), 1)
+        self.assertEqual(line["functions"], {"ENDLESS": 1})
         self.assertFalse((self.folder / "saved.dxf").exists())
 
     def test_a_run_that_ends_in_time(self):
