@@ -2,6 +2,8 @@
 #include <embedded/Host.h>
 #include <embedded/Nesting.h>
 #include <embedded/Session.h>
+#include <embedded/Text.h>
+#include <embedded/dxf/SafeFile.h>
 
 #include <utility>
 
@@ -94,10 +96,10 @@ void SetText(SystemVariables& variables, const wchar_t* name, std::wstring text)
 }
 
 void SetFileName(SystemVariables& variables, const std::filesystem::path& path) {
-  SetText(variables, L"DWGNAME", path.filename().wstring());
+  SetText(variables, L"DWGNAME", FromUtf8(PathText(path.filename())));
   std::error_code ignored;
   const auto folder = std::filesystem::absolute(path, ignored).parent_path();
-  SetText(variables, L"DWGPREFIX", folder.empty() ? std::wstring() : (folder / "").wstring());
+  SetText(variables, L"DWGPREFIX", folder.empty() ? std::wstring() : FromUtf8(PathText(folder / "")));
 }
 
 }  // namespace

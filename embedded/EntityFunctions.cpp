@@ -112,8 +112,6 @@ int acdbHandEnt(const ACHAR* handle, ads_name object) {
   return call.Run([&] {
     const auto number = handle != nullptr ? ReadHandle(handle) : std::nullopt;
     if (!number) return call.Refuse("no handle: a text of hexadecimal digits is expected");
-    const Object* found = OpenDrawing().FindHandle(*number);
-    const bool isLive = found != nullptr && !found->isErased;
-    return GiveName(call, isLive ? found : nullptr, object, "no object has this handle, or it is erased");
+    return GiveName(call, OpenDrawing().FindHandle(*number), object, "no object has this handle");
   });
 }

@@ -214,11 +214,20 @@ int GetVariable(PlatformCall& call, const ACHAR* name, resbuf* record, const voi
   return RTNORM;
 }
 
-int SetVariable(const ACHAR* name, const resbuf* record) {
-  if (name == nullptr || record == nullptr) return RTERROR;
+// New entities go to the current layer, so it must be there.
+bool IsMissingLayer(const ACHAR* name, const Record& value) {
+  const bool isLayer = Folded(name) == L"CLAYER" && value.type == RTSTR;
+  return isLayer && Host::Instance().CurrentDrawing().FindEntry(L"LAYER", value.text) == nullptr;
+}
+
+int SetVariable(PlatformCall& call, const ACHAR* name, const resbuf* record) {
+  if (name == nullptr || record == nullptr) return call.Refuse("no name or no value");
   resbuf single = *record;
   single.rbnext = nullptr;
-  return Host::Instance().variables.Set(name, Capture(&single).front()) ? RTERROR : RTNORM;
+  const Record value = Capture(&single).front();
+  if (IsMissingLayer(name, value)) return call.Refuse("no layer has this name");
+  auto objection = Host::Instance().variables.Set(name, value);
+  return objection ? call.Refuse(std::move(*objection)) : RTNORM;
 }
 
 }  // namespace
@@ -230,5 +239,6 @@ int acedGetVar(const ACHAR* name, resbuf* record) {
 }
 
 int acedSetVar(const ACHAR* name, const resbuf* record) {
-  return PlatformCall("acedSetVar", name).TakesRecord(record).Run([&] { return SetVariable(name, record); });
+  PlatformCall call("acedSetVar", name);
+  return call.TakesRecord(record).Run([&] { return SetVariable(call, name, record); });
 }

@@ -76,6 +76,11 @@ class Row {
   Table* m_table;
 };
 
+// Of a layer LISP sees what it always had: name, flags, color, line type.
+bool IsNewInLayers(const Group& group, const Object& entry) {
+  return group.code >= kMarkerCode && entry.Type() == L"LAYER";
+}
+
 // What LISP sees of an entry: no handles, owners, classes, nor what is in braces.
 Chain VisibleGroups(const Drawing& drawing, const Entry& entry) {
   Chain chain;
@@ -84,7 +89,8 @@ Chain VisibleGroups(const Drawing& drawing, const Entry& entry) {
     const GroupKind kind = KindOf(group.code);
     const bool isControl = group.code == 102;
     const bool isHidden = kind == GroupKind::Handle || kind == GroupKind::Reference ||
-                          group.code == kMarkerCode || isControl || isInBraces;
+                          group.code == kMarkerCode || isControl || isInBraces ||
+                          IsNewInLayers(group, *entry.object);
     if (isControl) isInBraces = std::get<std::wstring>(group.value).starts_with(L'{');
     if (!isHidden) AppendRecord(chain, group, drawing);
   }

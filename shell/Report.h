@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@ namespace lomlisp::shell {
 
 struct Report {
   std::map<std::string, uint64_t> calls;  // of client functions
+  std::function<void()> onCall;           // told before each of them; null for nobody
   std::vector<std::string> errors;        // of forms and of modules, a line each
   uint64_t failedForms = 0;
 };

@@ -23,8 +23,8 @@ constexpr int kInterrupted = 128 + SIGINT;
 std::atomic<int> interrupts = 0;
 std::atomic<bool> isTimeOver = false;
 
-// What a signal handler may read: written before the signal can come, and never freed.
-const std::string* lastWords = nullptr;
+// A signal handler reads it: another one takes its place at once, and only then is it freed.
+std::atomic<const std::string*> lastWords = nullptr;
 
 void WriteFully(int file, std::string_view text) {
   while (!text.empty()) {
@@ -48,7 +48,7 @@ void OnAlarm(int) {
     return;
   }
   WriteFully(STDERR_FILENO, "\nlomsh: the time limit is over, and what was called does not end\n");
-  WriteFully(STDOUT_FILENO, *lastWords);
+  if (const std::string* const words = lastWords) WriteFully(STDOUT_FILENO, *words);
   _exit(kTimeout);
 }
 
@@ -107,9 +107,10 @@ void ForgetInterrupt() {
   Interpreter::Instance().ClearInterrupt();
 }
 
-void SetTimeLimit(unsigned seconds, std::string words) {
+void SetLastWords(std::string words) { delete lastWords.exchange(new std::string(std::move(words))); }
+
+void SetTimeLimit(unsigned seconds) {
   Interpreter::Instance();
-  lastWords = new std::string(std::move(words));
   Handle(SIGALRM, OnAlarm, SA_RESTART);
   alarm(seconds);
 }

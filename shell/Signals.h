@@ -16,8 +16,9 @@ void ForgetInterrupt();
 void HandleCrashes();
 
 // Ends what is being evaluated after so many seconds from now, and what comes after it. Where that does not
-// help within two more seconds, writes `lastWords` to standard output and ends the program with kTimeout.
-void SetTimeLimit(unsigned seconds, std::string lastWords);
+// help within two more seconds, writes the last words to standard output and ends the program with kTimeout.
+void SetTimeLimit(unsigned seconds);
+void SetLastWords(std::string words);
 void LiftTimeLimit();
 bool IsTimeOver();
 

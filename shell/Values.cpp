@@ -137,6 +137,17 @@ cl_object ItemOf(const Record& record) {
   return ecl_cons(ecl_make_int32_t(record.type == RTDXF0 ? 0 : record.type), value);
 }
 
+// What a dot makes of the items behind it. The library writes (a b . c) with the dot behind its first item:
+// of several items the last one is the end of the list.
+cl_object TailOf(cl_object items) {
+  if (ECL_CONS_CDR(items) == ECL_NIL) return ECL_CONS_CAR(items);
+  cl_object cons = items;
+  for (; ECL_CONS_CDR(ECL_CONS_CDR(cons)) != ECL_NIL; cons = ECL_CONS_CDR(cons)) {
+  }
+  ECL_RPLACD(cons, ECL_CONS_CAR(ECL_CONS_CDR(cons)));
+  return items;
+}
+
 // The list of the chain's items, built from its end: what is behind a bracket that closes waits in `outer`.
 cl_object ItemsOf(const Chain& chain) {
   cl_object items = ECL_NIL;
@@ -152,7 +163,7 @@ cl_object ItemsOf(const Chain& chain) {
         outer = ECL_CONS_CDR(outer);
         break;
       case RTDOTE:
-        items = ECL_CONS_CAR(items);
+        items = TailOf(items);
         break;
       default:
         items = ecl_cons(ItemOf(*record), items);

@@ -87,7 +87,10 @@ class Run {
   }
 
   bool RunScripts() {
-    if (m_options.timeout > 0) SetTimeLimit(m_options.timeout, LastWords());
+    if (m_options.timeout > 0) {
+      PrepareLastWords();
+      SetTimeLimit(m_options.timeout);
+    }
     bool isGood = true;
     for (const Options::Work& work : m_options.work) {
       if (!isGood && !m_options.keepsGoing) break;
@@ -103,14 +106,18 @@ class Run {
   }
 
   // What a batch leaves behind when it must be killed.
-  std::string LastWords() {
-    if (!m_options.isBatch) return {};
-    BatchResult result = m_result;
-    result.status = kTimeout;
-    result.seconds = m_options.timeout;
-    Report report;
-    report.errors.emplace_back("the time limit is over, and what was called does not end");
-    return BatchLine(result, report);
+  void PrepareLastWords() {
+    if (!m_options.isBatch) return;
+    const auto update = [this] {
+      BatchResult result = m_result;
+      result.status = kTimeout;
+      result.seconds = m_options.timeout;
+      Report report = m_session.Results();
+      report.errors.emplace_back("the time limit is over, and what was called does not end");
+      SetLastWords(BatchLine(result, report));
+    };
+    m_session.Results().onCall = update;
+    update();
   }
 
   bool RunAtPrompt() {

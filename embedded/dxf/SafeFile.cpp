@@ -41,6 +41,9 @@ SafeFile::SafeFile(const std::filesystem::path& target) : m_target(target) {
     m_target = std::filesystem::weakly_canonical(target, error);
     if (error) throw Failure("cannot be written", error);
   }
+  const auto old = std::filesystem::status(m_target, error);
+  if (std::filesystem::exists(old) && !std::filesystem::is_regular_file(old))
+    throw Fault("cannot be written: it is no file");
   const std::filesystem::path temporary = FreeNameBeside(m_target);
   errno = 0;
   m_file.open(temporary, std::ios::binary);

@@ -39,7 +39,8 @@ int acdbTblObjName(const ACHAR* table, const ACHAR* name, ads_name object);
 // Registers an application for extended data. RTERROR for one that is registered, and for a bad name.
 int acdbRegApp(const ACHAR* application);
 
-// The entity name that belongs to a handle, a text of hexadecimal digits.
+// The entity name that belongs to a handle, a text of hexadecimal digits. That of an erased entity too, which
+// acdbEntDel restores by it.
 int acdbHandEnt(const ACHAR* handle, ads_name object);
 
 // --- Questions to the user ---

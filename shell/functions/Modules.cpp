@@ -31,6 +31,7 @@ Chain CallClient(Report& report, const Arguments& arguments) {
   for (size_t index = 1; index < arguments.size(); ++index)
     chain.insert(chain.end(), arguments[index].begin(), arguments[index].end());
   ++report.calls[embedded::Utf8(name)];
+  if (report.onCall) report.onCall();
   const CallResult result = host.Call(name, chain);
   for (const std::string& error : result.errors) Blame(report, place + error);
   for (const std::string& notice : result.notices)

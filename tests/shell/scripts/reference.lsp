@@ -16,11 +16,12 @@
 (tblsearch "LAYER" "0")
 (assoc 370 (entget (tblobjname "LAYER" "0")))
 
-; lists of more than two with a dot
+; lists of more than two with a dot: behind two items the library takes it for the end of a pair, as a host
+; may write one so
 (progn (arxload "parts.so") nil)
 (REMEMBER "A" '(1 2 . 3))
-(REMEMBER "A" '((1 . 2) . (3 . 4)))
-(REMEMBER "A" '("a" "b" . "c"))
+(REMEMBER "A" '(1 2 3 . 4))
+(REMEMBER "A" '(("a" "b" "c" . "d") . "e"))
 
 ; what ends with the wrong argument
 (car 'end)
