@@ -5,6 +5,7 @@
 #include <embedded/Text.h>
 
 #include <iostream>
+#include <sstream>
 
 namespace lomlisp::shell {
 
@@ -22,14 +23,20 @@ std::optional<std::wstring> Input::ReadPipe() {
   return embedded::FromUtf8(line);
 }
 
+// What was pasted has many lines, which are as many answers.
+std::optional<std::wstring> Input::ReadTerminal(std::wstring_view prompt) {
+  const auto bytes = Terminal::ReadLine(embedded::Utf8(prompt));
+  if (!bytes) return std::nullopt;
+  std::wistringstream lines(embedded::FromUtf8(*bytes));
+  std::wstring first;
+  std::getline(lines, first);
+  for (std::wstring line; std::getline(lines, line);) Feed(line);
+  return first;
+}
+
 std::optional<std::wstring> Input::ReadLine(std::wstring_view prompt) {
   const bool isEdited = m_fed.empty() && m_kind == Kind::Terminal;
-  std::optional<std::wstring> line;
-  if (isEdited) {
-    if (const auto bytes = Terminal::ReadLine(embedded::Utf8(prompt))) line = embedded::FromUtf8(*bytes);
-  } else {
-    line = ReadPipe();
-  }
+  const auto line = isEdited ? ReadTerminal(prompt) : ReadPipe();
   if (line && onLine) onLine(prompt, *line, isEdited);
   return line;
 }

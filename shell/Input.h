@@ -19,8 +19,8 @@ class Input {
   Kind From() const { return m_kind; }
 
   // A line without its end; nothing at the end of input, and from nobody. At a terminal, with line editing
-  // behind the prompt; an interrupt gives "", and WasInterrupted() says so. Otherwise the prompt and the line
-  // are shown.
+  // behind the prompt; after an interrupt "", and WasInterrupted() holds until it is forgotten. Otherwise the
+  // prompt and the line are shown.
   std::optional<std::wstring> ReadLine(std::wstring_view prompt);
   // Lines that come before all others.
   void Feed(std::wstring_view line) { m_fed.emplace_back(line); }
@@ -30,6 +30,7 @@ class Input {
 
  private:
   std::optional<std::wstring> ReadPipe();
+  std::optional<std::wstring> ReadTerminal(std::wstring_view prompt);
 
   Kind m_kind;
   std::deque<std::wstring> m_fed;

@@ -56,7 +56,7 @@ class Prompt {
   bool Run() {
     while (!m_isLeaving) {
       StartLine();
-      const auto line = m_session.UserInput().ReadLine(kPrompt);
+      const auto line = ReadLine(kPrompt);
       if (!line)
         Leave();
       else
@@ -75,21 +75,37 @@ class Prompt {
 
   void Execute(const std::wstring& line) {
     if (line.empty() || line.front() == L';') return;
-    if (line.front() == L'(' || line.front() == L'\'') return Evaluate(Completed(line));
-    if (line.front() == L'!') return Evaluate(Completed(line.substr(1)));
+    if (line.front() == L'(' || line.front() == L'\'') return Evaluate(line, 0);
+    if (line.front() == L'!') return Evaluate(line, 1);
     ExecuteCommand(line);
   }
 
-  void Evaluate(const std::wstring& text) {
-    if (IsTerminal()) Terminal::Remember(embedded::Utf8(text));
-    m_isGood = m_session.Evaluate(text) && m_isGood;
+  // The form that begins at `begin` of the line.
+  void Evaluate(const std::wstring& line, size_t begin) {
+    const auto form = Completed(line.substr(begin));
+    if (!form) return;
+    Remember(line.substr(0, begin) + *form);
+    m_isWarned = false;
+    m_isGood = m_session.Evaluate(*form) && m_isGood;
   }
 
-  // The line, with those behind it until no list and no string is open. An interrupt drops all of it.
-  std::wstring Completed(std::wstring text) {
+  void Remember(const std::wstring& text) const {
+    if (IsTerminal()) Terminal::Remember(embedded::Utf8(text));
+  }
+
+  // Nothing at the end of input; "" after an interrupt.
+  std::optional<std::wstring> ReadLine(std::wstring_view prompt) {
+    auto line = m_session.UserInput().ReadLine(prompt);
+    m_isInterrupted = WasInterrupted();
+    if (m_isInterrupted) ForgetInterrupt();
+    return line;
+  }
+
+  // The line, with those behind it until no list and no string is open. Nothing after an interrupt.
+  std::optional<std::wstring> Completed(std::wstring text) {
     while (!Interpreter::Instance().IsComplete(text)) {
-      const auto more = m_session.UserInput().ReadLine(kOpenPrompt);
-      if (WasInterrupted()) return {};
+      const auto more = ReadLine(kOpenPrompt);
+      if (m_isInterrupted) return std::nullopt;
       if (!more) break;
       text += L'\n' + *more;
     }
@@ -100,7 +116,7 @@ class Prompt {
   void ExecuteCommand(const std::wstring& line) {
     const std::vector<std::wstring> words = Words(line);
     const std::wstring name = embedded::Folded(words.front());
-    if (IsTerminal()) Terminal::Remember(embedded::Utf8(line));
+    Remember(line);
     if (name == L"QUIT" || name == L"EXIT") return Leave();
     if (name == L"HELP" || name == L"?") return m_session.Show(kHelp);
     if (!Interpreter::Instance().IsCommand(name)) {
@@ -108,6 +124,7 @@ class Prompt {
       m_isGood = false;
       return;
     }
+    m_isWarned = false;
     for (size_t index = 1; index < words.size(); ++index) m_session.UserInput().Feed(words[index]);
     m_isGood = m_session.Evaluate(L"(C:" + name + L")") && m_isGood;
   }
@@ -127,6 +144,7 @@ class Prompt {
   bool m_isGood = true;
   bool m_isWarned = false;
   bool m_isLeaving = false;
+  bool m_isInterrupted = false;  // the line that was read last
 };
 
 // Functions whose name begins so; at the beginning of a line commands, too.

@@ -90,13 +90,19 @@ bool Session::Evaluate(std::wstring_view text, const std::string& file, int line
   ForgetInterrupt();
   Flush();
   const Outcome outcome = Interpreter::Instance().Evaluate(text, file, line);
-  ForgetInterrupt();
+  if (WasInterrupted()) LeaveInterruptedLine();
   ShowOutcome(outcome);
   if (!outcome.error) return true;
   const std::string place = outcome.place.empty() ? std::string() : embedded::Utf8(outcome.place) + ": ";
   m_report.errors.push_back(place + embedded::Utf8(*outcome.error));
   ++m_report.failedForms;
   return false;
+}
+
+// A terminal shows the interrupt as ^C.
+void Session::LeaveInterruptedLine() {
+  ForgetInterrupt();
+  if (m_input.From() == Input::Kind::Terminal) std::fputc('\n', stdout);
 }
 
 // The script's own *error* has shown what it wants to be seen.

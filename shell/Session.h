@@ -50,6 +50,7 @@ class Session {
   void ShowOutcome(const Outcome& outcome);
   void StartLine();
   void Flush();
+  void LeaveInterruptedLine();
   void WriteTranscript();
 
   Report m_report;

@@ -2,6 +2,9 @@
 
 #include <shell/Signals.h>
 
+#include <signal.h>
+#include <sys/select.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -70,12 +73,31 @@ char** Complete(const char* beginning, int start, int) {
   return rl_completion_matches(beginning, NextCompletion);
 }
 
-// Called when a signal has come while a line was edited.
-int LeaveInterruptedLine() {
-  if (!WasInterrupted()) return 0;
-  rl_replace_line("", 0);
-  rl_done = 1;
-  return 0;
+// False when a signal came first. Signals are let in only while this waits, or one that comes just before
+// would wait for the next key.
+bool WaitForKey(int file) {
+  sigset_t all;
+  sigset_t usual;
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, &usual);
+  int ready = 0;
+  if (rl_pending_signal() == 0 && !WasInterrupted()) {
+    fd_set files;
+    FD_ZERO(&files);
+    FD_SET(file, &files);
+    ready = pselect(file + 1, &files, nullptr, nullptr, nullptr, &usual);
+  }
+  sigprocmask(SIG_SETMASK, &usual, nullptr);
+  return ready > 0;
+}
+
+// The line editor's own waits on after an interrupt. For it the input is at its end then.
+int ReadKey(FILE* stream) {
+  while (!WasInterrupted()) {
+    if (WaitForKey(fileno(stream))) return rl_getc(stream);
+    rl_check_signals();
+  }
+  return EOF;
 }
 
 }  // namespace
@@ -84,16 +106,19 @@ void Terminal::Start(Completer completer) {
   TheCompleter() = std::move(completer);
   rl_readline_name = "lomsh";
   rl_attempted_completion_function = Complete;
-  static char wordBreaks[] = " \t\n()'\"`;,";
+  static char wordBreaks[] = " \t\n!()'\"`;,";
   rl_basic_word_break_characters = wordBreaks;
   rl_completer_word_break_characters = wordBreaks;
   rl_completer_quote_characters = "\"";
-  rl_signal_event_hook = LeaveInterruptedLine;
+  rl_getc_function = ReadKey;
   rl_variable_bind("blink-matching-paren", "on");
   // The text is a program: what is pasted must not run.
   rl_variable_bind("enable-bracketed-paste", "on");
   using_history();
   stifle_history(kHistoryLines);
+  // Times between them keep an entry of many lines together.
+  history_comment_char = '#';
+  history_write_timestamps = 1;
   if (const auto file = HistoryFile(); !file.empty()) read_history(file.c_str());
 }
 
@@ -106,11 +131,10 @@ void Terminal::Finish() {
 }
 
 std::optional<std::string> Terminal::ReadLine(const std::string& prompt) {
-  ForgetInterrupt();
   char* const line = readline(prompt.c_str());
   if (WasInterrupted()) {
     std::free(line);
-    std::fputs("^C\n", stdout);
+    std::fputs("\n", stdout);
     return std::string();
   }
   if (line == nullptr) return std::nullopt;

@@ -18,7 +18,8 @@ class Terminal {
   // Writes the history.
   static void Finish();
 
-  // A line without its end; nothing at the end of input. After an interrupt "", and WasInterrupted() says so.
+  // A line without its end; nothing at the end of input. After an interrupt "", and WasInterrupted()
+  // holds until it is forgotten.
   static std::optional<std::string> ReadLine(const std::string& prompt);
   static void Remember(const std::string& line);
 };

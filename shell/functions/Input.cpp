@@ -13,6 +13,9 @@
 #include <optional>
 #include <utility>
 
+#include <shell/Signals.h>
+#include <shell/Values.h>
+
 namespace lomlisp::shell {
 
 namespace {
@@ -143,6 +146,10 @@ void DefineInputFunctions(Input& input) {
   DefineHostFunction("answer", Answer);
   Interpreter::Instance().Define("read-line", [&input](const Arguments&) {
     const auto line = input.ReadLine(L"");
+    if (WasInterrupted()) {
+      ForgetInterrupt();
+      throw LispError(L"Function cancelled");
+    }
     return line ? TextItem(*line) : Nil();
   });
   Host::Instance().answers.source =
