@@ -83,7 +83,8 @@ class ManyDrawings(unittest.TestCase):
         path.chmod(0o755)
 
     def make_drawings(self, count, damaged=()):
-        subprocess.run(["/usr/bin/python3", TOP / "tools/samples.py", self.folder / "samples", "1", "R2000"], check=True)
+        subprocess.run(["/usr/bin/python3", TOP / "tools/samples.py", self.folder / "samples", "1", "R2000"],
+                       check=True)
         plan = (self.folder / "samples/plan.dxf").read_bytes()
         for number in range(count):
             text = plan.replace(ROOM.encode(), b"Room %d" % number)
