@@ -50,6 +50,7 @@ std::vector<std::string> Modules::TakeReports() { return std::exchange(m_reports
 
 std::optional<std::string> Modules::Load(const std::filesystem::path& path) {
   const std::string name = path.filename().string();
+  if (name.empty()) return "a module needs a name";
   if (Find(name) != nullptr) return name + ": a module of that name is loaded already";
   std::string error;
   auto object = SharedObject::Open(path, error);

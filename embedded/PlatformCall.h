@@ -43,6 +43,12 @@ class PlatformCall {
     return Takes(&record);
   }
 
+  // A text beside the one that is the call's name.
+  PlatformCall& TakesText(const ACHAR* text) {
+    if (m_isWatched && text != nullptr) m_call.chains.push_back({Record{RTSTR, {}, text, true}});
+    return *this;
+  }
+
   PlatformCall& TakesName(const ads_name name) { return TakesName(name, RTENAME); }
   PlatformCall& TakesSet(const ads_name name) { return TakesName(name, RTPICKS); }
 

@@ -164,6 +164,7 @@ int RegisterApplication(PlatformCall& call, const ACHAR* application) {
 resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext) {
   const void* caller = LOMLISP_CALLER;
   PlatformCall call("acdbTblSearch", name);
+  call.TakesText(table);
   return call.Run([&] { return SearchTable(call, table, name, setNext != 0, caller); });
 }
 
@@ -175,6 +176,7 @@ resbuf* acdbTblNext(const ACHAR* table, int rewind) {
 
 int acdbTblObjName(const ACHAR* table, const ACHAR* name, ads_name object) {
   PlatformCall call("acdbTblObjName", name);
+  call.TakesText(table);
   return call.Run([&] { return NameOfEntry(call, table, name, object); });
 }
 

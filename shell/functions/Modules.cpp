@@ -8,6 +8,9 @@
 #include <embedded/Nesting.h>
 #include <embedded/Text.h>
 
+#include <algorithm>
+#include <vector>
+
 namespace lomlisp::shell {
 
 namespace {
@@ -45,8 +48,15 @@ Chain ArxLoad(Report& report, const Arguments& arguments) {
   return arguments[0];
 }
 
+// A module may be named without its ending, as for loading.
+std::string NameOfLoaded(const std::string& name) {
+  const std::vector<std::string> names = Host::Instance().modules.Names();
+  const bool isWhole = std::find(names.begin(), names.end(), name) != names.end();
+  return isWhole ? name : name + ".so";
+}
+
 Chain ArxUnload(Report& report, const Arguments& arguments) {
-  const auto error = Host::Instance().modules.Unload(embedded::Utf8(TextIn(arguments[0])));
+  const auto error = Host::Instance().modules.Unload(NameOfLoaded(embedded::Utf8(TextIn(arguments[0]))));
   TakeModuleReports(report);
   if (error) throw LispError(L"ARXUNLOAD failed: " + embedded::FromUtf8(*error));
   return arguments[0];
