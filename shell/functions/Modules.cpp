@@ -51,8 +51,8 @@ Chain ArxLoad(Report& report, const Arguments& arguments) {
 // A module may be named without its ending, as for loading.
 std::string NameOfLoaded(const std::string& name) {
   const std::vector<std::string> names = Host::Instance().modules.Names();
-  const bool isWhole = std::find(names.begin(), names.end(), name) != names.end();
-  return isWhole ? name : name + ".so";
+  const bool isWithoutEnding = std::find(names.begin(), names.end(), name + ".so") != names.end();
+  return isWithoutEnding ? name + ".so" : name;
 }
 
 Chain ArxUnload(Report& report, const Arguments& arguments) {

@@ -182,7 +182,9 @@ TEST_F(EntityFunctions, HandlesGiveNames) {
   EXPECT_EQ(acdbHandEnt(nullptr, name.words), RTERROR);
   EXPECT_EQ(acdbHandEnt(handle.c_str(), nullptr), RTERROR);
   acdbEntDel(name.words);
-  EXPECT_EQ(acdbHandEnt(handle.c_str(), name.words), RTERROR);
+  ASSERT_EQ(acdbHandEnt(handle.c_str(), name.words), RTNORM) << "to restore it by its handle";
+  EXPECT_EQ(acdbEntDel(name.words), RTNORM);
+  EXPECT_FALSE(point.isErased);
 }
 
 TEST_F(EntityFunctions, ARefusalSaysWhyInTheLogAndIsNoFaultOfTheFunction) {
@@ -259,7 +261,7 @@ std::string Taken(resbuf* chain) {
 
 TEST_F(EntityFunctions, TablesAreSearchedWithoutRegardToCase) {
   EXPECT_EQ(Taken(acdbTblSearch(L"layer", L"0", 0)),
-            "(0 . \"LAYER\") (2 . \"0\") (70 . 0) (62 . 7) (6 . \"Continuous\") (370 . -3)");
+            "(0 . \"LAYER\") (2 . \"0\") (70 . 0) (62 . 7) (6 . \"Continuous\")");
   EXPECT_EQ(Taken(acdbTblSearch(L"LTYPE", L"CONTINUOUS", 0)).substr(0, 36),
             "(0 . \"LTYPE\") (2 . \"Continuous\") (70");
   EXPECT_EQ(Taken(acdbTblSearch(L"LAYER", L"1", 0)), "null");

@@ -141,12 +141,23 @@ TEST_F(SystemVariablesTest, RealsOutOfRangeAreRefused) {
 
 TEST_F(SystemVariablesTest, TextsAreCopied) {
   wchar_t text[] = L"walls";
-  EXPECT_EQ(SetText(L"CLAYER", text), RTNORM);
+  EXPECT_EQ(SetText(L"USERS1", text), RTNORM);
   text[0] = L'W';
+  EXPECT_EQ(Got(L"USERS1"), "5005 \"walls\"");
+  EXPECT_EQ(SetText(L"USERS1", nullptr), RTERROR);
+  EXPECT_EQ(SetInteger(L"USERS1", 0), RTERROR);
+  EXPECT_EQ(Got(L"USERS1"), "5005 \"walls\"");
+}
+
+TEST_F(SystemVariablesTest, TheCurrentLayerIsThere) {
+  wchar_t zero[] = L"0";
+  wchar_t walls[] = L"walls";
+  EXPECT_EQ(SetText(L"clayer", walls), RTERROR);
+  EXPECT_EQ(Got(L"CLAYER"), "5005 \"0\"");
+  host.CurrentDrawing().NewEntry(L"LAYER", L"Walls", {});
+  EXPECT_EQ(SetText(L"clayer", walls), RTNORM);
   EXPECT_EQ(Got(L"CLAYER"), "5005 \"walls\"");
-  EXPECT_EQ(SetText(L"CLAYER", nullptr), RTERROR);
-  EXPECT_EQ(SetInteger(L"CLAYER", 0), RTERROR);
-  EXPECT_EQ(Got(L"CLAYER"), "5005 \"walls\"");
+  EXPECT_EQ(SetText(L"CLAYER", zero), RTNORM);
 }
 
 TEST_F(SystemVariablesTest, PointsAreSetByTheirDimension) {
