@@ -6,7 +6,7 @@
 
 #include <embedded/Nesting.h>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -21,6 +21,7 @@ using embedded::Record;
 
 constexpr short kExtendedData = -3;
 constexpr short kApplication = 1001;
+constexpr short kVertex = 10;
 
 std::optional<double> AsReal(const Record& record) {
   switch (record.type) {
@@ -195,7 +196,22 @@ Record CodeItem(short code) {
   return record;
 }
 
-Record TextRecord(const Record& group) {
+// The vertices of these are plane, and LISP sees them so.
+bool HasPlaneVertices(const Chain& groups) {
+  return std::any_of(groups.begin(), groups.end(), [](const Record& group) {
+    return group.type == 0 && group.hasText && group.text == L"LWPOLYLINE";
+  });
+}
+
+void AppendPlaneVertex(Chain& list, const Record& group) {
+  list.push_back(Mark(RTLB));
+  list.push_back(CodeItem(group.type));
+  for (size_t axis = 0; axis < 2; ++axis)
+    list.emplace_back(Mark(RTREAL)).value.rreal = group.value.rpoint[axis];
+  list.push_back(Mark(RTLE));
+}
+
+Record GroupText(const Record& group) {
   Record record = group;
   record.type = RTSTR;
   return record;
@@ -209,6 +225,7 @@ Chain ListOf(const Chain& groups) {
   Chain list = {Mark(RTLB)};
   bool isInData = false;
   bool isInApplication = false;
+  const bool isPlane = HasPlaneVertices(groups);
   for (const Record& group : groups) {
     if (group.type == kExtendedData) {
       list.push_back(Mark(RTLB));
@@ -217,8 +234,10 @@ Chain ListOf(const Chain& groups) {
     } else if (group.type == kApplication && isInData) {
       if (isInApplication) list.push_back(Mark(RTLE));
       list.push_back(Mark(RTLB));
-      list.push_back(TextRecord(group));
+      list.push_back(GroupText(group));
       isInApplication = true;
+    } else if (group.type == kVertex && isPlane) {
+      AppendPlaneVertex(list, group);
     } else {
       list.push_back(group);
     }

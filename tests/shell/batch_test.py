@@ -7,6 +7,7 @@ import json
 import os
 import resource
 import signal
+import subprocess
 import unittest
 
 import lomsh_test_case
@@ -395,6 +396,48 @@ class Memory(ShellTest):
     def test_what_a_static_object_holds_is_no_leak(self):
         done = self.lomsh("-m", "Misbehaving.so", "--check-memory", "-e", "(HOLD)")
         self.assertEqual((done.returncode, done.stderr), (GOOD, ""))
+
+
+class Pictures(ShellTest):
+    """ezdxf draws only where matplotlib is installed; where it is not, the message must say so."""
+    LINES = """(setq a (entmakex '((0 . "LINE") (10 0.0 0.0 0.0) (11 10.0 5.0 0.0))))
+               (repeat 50 (entmake '((0 . "CIRCLE") (10 5.0 5.0 0.0) (40 . 3.0))))"""
+
+    def setUp(self):
+        super().setUp()
+        has_matplotlib = ["/usr/bin/python3", "-c", "import matplotlib"]
+        self.can_draw = subprocess.run(has_matplotlib, stderr=subprocess.DEVNULL, check=False).returncode == 0
+
+    def draw(self, form):
+        done = self.lomsh("-e", self.LINES, "-e", form)
+        self.assertEqual(done.returncode, 0 if self.can_draw else 1, done.stdout)
+        if not self.can_draw:
+            self.assertIn("; error: no picture: ezdxf draw failed", done.stdout)
+        return done
+
+    def test_the_whole_drawing_and_a_selection(self):
+        self.draw('(draw "all.svg")')
+        self.draw('(draw (ssadd a) "line.svg")')
+        pictures = [self.folder / name for name in ("all.svg", "line.svg")]
+        self.assertEqual([picture.exists() for picture in pictures], [self.can_draw] * 2)
+        if self.can_draw:
+            whole, line = [picture.read_text() for picture in pictures]
+            self.assertIn("<svg", line)
+            self.assertGreater(len(whole), len(line) + 50 * 50)
+
+    def test_the_name_is_that_of_the_drawing(self):
+        self.draw("(draw)")
+        self.assertEqual((self.folder / "Drawing1.svg").exists(), self.can_draw)
+
+    def test_a_folder_that_is_not_there(self):
+        done = self.lomsh("-e", '(draw "none/all.svg")')
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("; error: no picture: ezdxf draw failed", done.stdout)
+
+    def test_bad_arguments(self):
+        done = self.lomsh("-k", "-e", "(draw 5) (draw nil 5) (draw 1 2 3)")
+        self.assertEqual(done.stdout.count("; error: "), 3)
+        self.assertIn("bad argument type: lselsetp 5", done.stdout)
 
 
 class BadInput(ShellTest):
