@@ -197,7 +197,7 @@ class Merge {
     const auto found = m_places.find(code);
     if (found == m_places.end()) {
       for (const Item* item : items)
-        if (!IsDefaultHere(item->group)) m_new.insert(item);
+        if (!IsDefaultHere(item->group) && !IsUpwards(item->group)) m_new.insert(item);
     } else if (found->second.size() == items.size()) {
       for (size_t index = 0; index < items.size(); ++index)
         Replace(found->second[index], items[index]->group);
@@ -206,6 +206,11 @@ class Merge {
       m_firstRewritten = std::min(m_firstRewritten, found->second.front());
       for (const Item* item : items) m_rewritten.insert(item);
     }
+  }
+
+  // The extrusion of an entity that has none, which LISP sees of every one.
+  static bool IsUpwards(const Group& group) {
+    return group.code == 210 && group.value == GroupValue(Point{0.0, 0.0, 1.0, false});
   }
 
   // What the codes mean in types that are not described is not known.
