@@ -122,7 +122,12 @@ class Run {
 
   bool RunAtPrompt() {
     const bool isWanted = m_options.isInteractive || m_options.work.empty();
-    return !isWanted || m_options.isBatch || RunPrompt(m_session);
+    if (!isWanted || m_options.isBatch) return true;
+    const size_t known = m_session.Results().errors.size();
+    const bool isGood = RunPrompt(m_session);
+    // A user at a terminal has seen the errors.
+    if (m_session.UserInput().From() == Input::Kind::Terminal) m_session.Results().errors.resize(known);
+    return isGood;
   }
 
   void Save(bool isGood) {
@@ -141,17 +146,12 @@ class Run {
     const bool isBalanced = m_result.memory == lomlisp::embedded::Balance();
     if (m_options.checksMemory && !isBalanced)
       Complain("memory is not released: " + std::to_string(m_result.memory.blocks) + " blocks");
-    if (m_status == kGood && !m_session.Results().errors.empty() && !IsForgiven()) m_status = kFailed;
+    if (m_status == kGood && !m_session.Results().errors.empty()) m_status = kFailed;
     if (m_options.isBatch) WriteBatchLine();
     for (const std::string& error : m_session.CloseOutput()) {
       Complain(error);
       m_status = kNotWritten;
     }
-  }
-
-  // A user at a terminal has seen the errors.
-  bool IsForgiven() const {
-    return m_options.work.empty() && m_session.UserInput().From() == Input::Kind::Terminal;
   }
 
   void WriteBatchLine() {
