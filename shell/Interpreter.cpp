@@ -33,13 +33,13 @@ cl_object StopKeyword() {
 
 std::vector<std::wstring> TextsOf(cl_object list) {
   std::vector<std::wstring> texts;
-  for (; ECL_CONSP(list); list = ECL_CONS_CDR(list)) texts.push_back(TextOf(ECL_CONS_CAR(list)));
+  for (; ECL_CONSP(list); list = ecl_cdr(list)) texts.push_back(TextOf(ecl_car(list)));
   return texts;
 }
 
 std::vector<Chain> ChainsOf(cl_object list) {
   std::vector<Chain> items;
-  for (; ECL_CONSP(list); list = ECL_CONS_CDR(list)) AppendItem(items.emplace_back(), ECL_CONS_CAR(list));
+  for (; ECL_CONSP(list); list = ecl_cdr(list)) AppendItem(items.emplace_back(), ecl_car(list));
   return items;
 }
 
@@ -144,8 +144,8 @@ Outcome Interpreter::Evaluate(std::wstring_view text, const std::string& file, i
 std::vector<FormPlace> Interpreter::Forms(std::wstring_view text) {
   std::vector<FormPlace> forms;
   cl_object places = cl_funcall(2, LomSymbol("FORM-PLACES"), LispText(text));
-  for (; ECL_CONSP(places); places = ECL_CONS_CDR(places)) {
-    const cl_object place = ECL_CONS_CAR(places);
+  for (; ECL_CONSP(places); places = ecl_cdr(places)) {
+    const cl_object place = ecl_car(places);
     forms.push_back({static_cast<size_t>(ecl_to_uint64_t(Nth(0, place))),
                      static_cast<size_t>(ecl_to_uint64_t(Nth(1, place))), ecl_to_int32_t(Nth(2, place))});
   }

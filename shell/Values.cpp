@@ -140,11 +140,11 @@ cl_object ItemOf(const Record& record) {
 // What a dot makes of the items behind it. The library writes (a b . c) with the dot behind its first item:
 // of several items the last one is the end of the list.
 cl_object TailOf(cl_object items) {
-  if (ECL_CONS_CDR(items) == ECL_NIL) return ECL_CONS_CAR(items);
+  if (ecl_cdr(items) == ECL_NIL) return ecl_car(items);
   cl_object cons = items;
-  for (; ECL_CONS_CDR(ECL_CONS_CDR(cons)) != ECL_NIL; cons = ECL_CONS_CDR(cons)) {
+  for (; ecl_cdr(ecl_cdr(cons)) != ECL_NIL; cons = ecl_cdr(cons)) {
   }
-  ECL_RPLACD(cons, ECL_CONS_CAR(ECL_CONS_CDR(cons)));
+  cl_rplacd(cons, ecl_car(ecl_cdr(cons)));
   return items;
 }
 
@@ -159,8 +159,8 @@ cl_object ItemsOf(const Chain& chain) {
         items = ECL_NIL;
         break;
       case RTLB:
-        items = ecl_cons(items, ECL_CONS_CAR(outer));
-        outer = ECL_CONS_CDR(outer);
+        items = ecl_cons(items, ecl_car(outer));
+        outer = ecl_cdr(outer);
         break;
       case RTDOTE:
         items = TailOf(items);
@@ -180,8 +180,8 @@ void AppendItem(Chain& chain, cl_object value) {
   for (cl_object next = value;;) {
     if (ECL_CONSP(next)) {
       chain.push_back(Mark(RTLB));
-      rests.push_back(ECL_CONS_CDR(next));
-      next = ECL_CONS_CAR(next);
+      rests.push_back(ecl_cdr(next));
+      next = ecl_car(next);
       continue;
     }
     chain.push_back(AtomRecord(next));
@@ -192,8 +192,8 @@ void AppendItem(Chain& chain, cl_object value) {
     if (rests.empty()) return;
     const cl_object rest = rests.back();
     if (ECL_CONSP(rest)) {
-      rests.back() = ECL_CONS_CDR(rest);
-      next = ECL_CONS_CAR(rest);
+      rests.back() = ecl_cdr(rest);
+      next = ecl_car(rest);
     } else {
       chain.push_back(Mark(RTDOTE));
       rests.back() = ECL_NIL;
@@ -205,8 +205,8 @@ void AppendItem(Chain& chain, cl_object value) {
 cl_object ValueOf(const Chain& chain) {
   const cl_object items = ItemsOf(embedded::WithDotsBeforeLast(chain));
   const bool isRunOfGroups = !chain.empty() && DxfType(chain.front().type) != chain.front().type;
-  const bool isOneItem = !isRunOfGroups && items != ECL_NIL && ECL_CONS_CDR(items) == ECL_NIL;
-  return isOneItem ? ECL_CONS_CAR(items) : items;
+  const bool isOneItem = !isRunOfGroups && items != ECL_NIL && ecl_cdr(items) == ECL_NIL;
+  return isOneItem ? ecl_car(items) : items;
 }
 
 cl_object LomSymbol(const char* name) { return ecl_make_symbol(name, "LOM"); }

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+// The interpreter's functions are used for the parts of a list: its macros read through pointers with a mark
+// in them, which GCC's sanitizer takes for misaligned.
 namespace lomlisp::shell {
 
 // What a LISP function ends with: the script's error, with the host's text.
