@@ -1,0 +1,4 @@
+// Where the debugger stops.
+#pragma once
+
+void Stop();
