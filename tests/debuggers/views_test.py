@@ -25,8 +25,9 @@ def independent(text):
 
 
 def gdb(*commands, stop="Stop", encoding="UTF-8"):
-    """What GDB shows for the commands, in the frame that called Stop."""
-    done = subprocess.run(["gdb", "-nx", "-batch", "-iex", "set auto-load off", "-ex", "set width 0",
+    """What GDB shows for the commands, in the frame that called Stop. It has the printers of the standard library
+    as well, which know shared pointers, too."""
+    done = subprocess.run(["gdb", "-nx", "-batch", "-ex", "set width 0",
                            "-ex", f"set host-charset {encoding}", "-ex", f"source {VIEWS}",
                            "-ex", f"break {stop}", "-ex", "run", "-ex", "up" if stop == "Stop" else "frame",
                            "-ex", r"echo \n--- commands\n",
