@@ -44,10 +44,16 @@ mkdir -p "$HOME" && cd "$HOME" && exec bash -c "$*"
 """
 
 
-def command_of(heading):
-    """The first command below a heading of the document."""
+def commands_of(heading):
+    """The commands below a heading of the document."""
     text = (TOP / "docs/many-drawings.md").read_text(encoding="utf-8")
-    return re.search(rf"^## {heading}\n.*?^```sh\n(.*?)^```", text, re.MULTILINE | re.DOTALL)[1]
+    section = re.search(rf"^## {heading}\n(.*?)(?:^## |\Z)", text, re.MULTILINE | re.DOTALL)[1]
+    return re.findall(r"^```sh\n(.*?)^```", section, re.MULTILINE | re.DOTALL)
+
+
+def command_of(heading):
+    [command] = commands_of(heading)
+    return command
 
 
 def processes_of(session):
@@ -217,13 +223,16 @@ class ManyDrawings(unittest.TestCase):
 
     def test_other_machines(self):
         self.make_drawings(6, damaged=[3])
-        status, shown = self.run_command(command_of("Other machines"))
+        work, clean = commands_of("Other machines")
+        status, shown = self.run_command(work)
         self.assertEqual(status, 1, shown)
         self.check_results(6, damaged=[3])
         jobs, _ = self.jobs()
         self.assertEqual({row["Host"] for row in jobs.values()}, {"build1", "build2"})
-        left = [path for path in (self.folder / "machines").glob("*/lomsh-work/**/*") if path.is_file()]
-        self.assertEqual(left, [])
+
+        status, shown = self.run_command(clean)
+        self.assertEqual(status, 0, shown)
+        self.assertEqual(list((self.folder / "machines").glob("*/lomsh-work")), [])
 
 
 if __name__ == "__main__":
