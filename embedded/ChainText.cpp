@@ -59,7 +59,7 @@ void AppendEscaped(std::wstring& out, wchar_t character) {
   if (const size_t index = kPlain.find(character); index != std::wstring_view::npos) {
     out += L'\\';
     out += kLetters[index];
-  } else if (character < L' ' && character >= 0) {
+  } else if (static_cast<char32_t>(character) < U' ') {
     out += L"\\0";
     out += static_cast<wchar_t>(L'0' + character / 8);
     out += static_cast<wchar_t>(L'0' + character % 8);

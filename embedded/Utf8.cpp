@@ -37,7 +37,7 @@ void AppendCodePoint(std::string& bytes, uint32_t code) {
 }  // namespace
 
 std::wstring_view Trimmed(std::wstring_view text) {
-  const auto isBlank = [](wchar_t character) { return character >= 0 && character <= L' '; };
+  const auto isBlank = [](wchar_t character) { return static_cast<char32_t>(character) <= U' '; };
   while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
   return text;

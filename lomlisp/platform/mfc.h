@@ -12,6 +12,16 @@
 #else
 
 #ifdef _WIN32
+// Without macros for min and max, and without the sockets and dialogs that nobody here asks for. Who
+// wants them includes <windows.h> first.
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+// After <windows.h>, whose types it uses.
 #include <oleauto.h>
 #endif
 
@@ -238,7 +248,7 @@ inline void AfxVariantInit(VARIANT* variant) { VariantInit(variant); }
 class COleVariant : public VARIANT {
  public:
   COleVariant() { AfxVariantInit(this); }
-  COleVariant(const VARIANT& variant) : COleVariant() { VariantCopy(this, &variant); }
+  COleVariant(const VARIANT& variant) : COleVariant() { Copy(variant); }
   COleVariant(const COleVariant& variant) : COleVariant(static_cast<const VARIANT&>(variant)) {}
   COleVariant(COleVariant&& variant) noexcept : VARIANT(variant) { AfxVariantInit(&variant); }
   COleVariant(unsigned char value) : COleVariant() { *this = value; }
@@ -265,7 +275,7 @@ class COleVariant : public VARIANT {
   ~COleVariant() { VariantClear(this); }
 
   COleVariant& operator=(const VARIANT& variant) {
-    VariantCopy(this, &variant);
+    Copy(variant);
     return *this;
   }
   COleVariant& operator=(const COleVariant& variant) { return *this = static_cast<const VARIANT&>(variant); }
@@ -305,6 +315,8 @@ class COleVariant : public VARIANT {
   void Clear() { VariantClear(this); }
 
  private:
+  // The system changes no source, though not every declaration of its function says so.
+  void Copy(const VARIANT& variant) { VariantCopy(this, const_cast<VARIANT*>(&variant)); }
   void Become(VARTYPE type) {
     VariantClear(this);
     vt = type;

@@ -319,11 +319,11 @@ TEST_F(InputFunctions, WhatIsNoPointIsRefused) {
   }
   host.answers.Add(embedded::PickPoint{{std::nan(""), 0.0}});
   host.answers.Add(embedded::PickPoint{{0.0, HUGE_VAL}});
-  ads_point far;
+  ads_point remote;
   Type({L"4,4", L"1e308,0", L"@1e308,0", L"3,3"});
   EXPECT_EQ(GotPoint(), "4000,4000,0");
-  EXPECT_EQ(acedGetPoint(nullptr, nullptr, far), RTNORM);
-  EXPECT_EQ(far[0], 1e308);
+  EXPECT_EQ(acedGetPoint(nullptr, nullptr, remote), RTNORM);
+  EXPECT_EQ(remote[0], 1e308);
   EXPECT_EQ(GotPoint(), "3000,3000,0") << "beyond the numbers";
 }
 

@@ -1,4 +1,5 @@
 #include <tests/support/HostTest.h>
+#include <tests/support/SmallStack.h>
 
 #include <algorithm>
 #include <deque>
@@ -6,10 +7,6 @@
 #include <random>
 #include <type_traits>
 #include <vector>
-
-#ifndef _WIN32
-#include <pthread.h>
-#endif
 
 namespace lomlisp::test {
 namespace {
@@ -416,25 +413,6 @@ TEST_F(ChildSequence, BehavesLikeADeque) {
 
 // --- Releasing ---
 
-// Runs the work with a stack of 256 KiB, where the system lets us choose.
-void RunOnSmallStack(std::function<void()> work) {
-#ifdef _WIN32
-  work();
-#else
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, size_t{256} * 1024), 0);
-  pthread_t thread;
-  const auto run = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
-  ASSERT_EQ(pthread_join(thread, nullptr), 0);
-  ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
-#endif
-}
-
 // A list in a list in a list; `sentry` is the innermost.
 Node DeepTree(size_t levels, const Node& sentry) {
   Node node = sentry;
@@ -452,7 +430,7 @@ TEST_F(ChildSequence, AMillionLevelsAreReleasedOnASmallStack) {
   const Node sentry = NewNode();
   Node root = DeepTree(kDeep, sentry);
   EXPECT_EQ(sentry.use_count(), 2);
-  RunOnSmallStack([&] { root.reset(); });
+  OnSmallStack([&] { root.reset(); });
   EXPECT_EQ(sentry.use_count(), 1);
 }
 
@@ -473,7 +451,7 @@ TEST_F(ChildSequence, EveryWayToLoseADeepTreeIsSafe) {
   for (size_t i = 0; i < ways.size(); ++i) {
     ChildSeq sequence{DeepTree(kLarge / 10, sentry)};
     ASSERT_EQ(sentry.use_count(), 2) << "way " << i;
-    RunOnSmallStack([&] { ways[i](sequence); });
+    OnSmallStack([&] { ways[i](sequence); });
     EXPECT_EQ(sentry.use_count(), 1) << "way " << i;
   }
 }
@@ -489,7 +467,7 @@ TEST_F(ChildSequence, DeepTreesSideBySideAreReleased) {
     root = parent;
   }
   EXPECT_EQ(sentry.use_count(), 200002);
-  RunOnSmallStack([&] { root.reset(); });
+  OnSmallStack([&] { root.reset(); });
   EXPECT_EQ(sentry.use_count(), 1);
 }
 
@@ -497,7 +475,7 @@ TEST_F(ChildSequence, AMillionElementsAreReleased) {
   const Node sentry = NewNode();
   Node root = NewNode();
   for (size_t i = 0; i < kDeep; ++i) root->children.push_back(i % 2 == 0 ? sentry : NewNode());
-  RunOnSmallStack([&] { root.reset(); });
+  OnSmallStack([&] { root.reset(); });
   EXPECT_EQ(sentry.use_count(), 1);
 }
 

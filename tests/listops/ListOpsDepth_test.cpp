@@ -2,10 +2,9 @@
 //
 // There is no clock in here: what takes quadratic time runs for hours and meets the time limit of
 // the test run instead.
-#include <pthread.h>
 #include <tests/listops/Values.h>
+#include <tests/support/SmallStack.h>
 
-#include <functional>
 #include <string>
 #include <utility>
 
@@ -16,12 +15,6 @@ namespace {
 constexpr int kMany = kLarge;
 // How often an operation is repeated on a list that is long from the start.
 constexpr int kOften = kLarge / 10;
-constexpr size_t kSmallStack = 256 * 1024;
-
-void* RunBody(void* body) {
-  (*static_cast<const std::function<void()>*>(body))();
-  return nullptr;
-}
 
 // (((... 1 ...)))
 CLOMAdsLispVar DeepList(CLOMAdsLispVar core = 1) {
@@ -58,19 +51,7 @@ long NumberAt(const CLOMAdsLispVar& list, size_t position) { return Child(list, 
 
 }  // namespace
 
-class ListOpsDepthTest : public HostTest {
- protected:
-  // Runs on a thread of its own, whose stack would not survive a recursion over the levels.
-  static void OnSmallStack(std::function<void()> body) {
-    pthread_attr_t attributes;
-    pthread_t thread;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kSmallStack), 0);
-    ASSERT_EQ(pthread_create(&thread, &attributes, RunBody, &body), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-  }
-};
+class ListOpsDepthTest : public HostTest {};
 
 // --- Depth ---
 

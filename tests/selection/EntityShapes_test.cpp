@@ -193,7 +193,7 @@ TEST_F(EntityShapesTest, ExtrusionTurnsObjectCoordinates) {
   const double y = 10 / std::sqrt(6.0);
   const double e = 1e-9;
   // Near the z axis, the world's y axis is the helper: its x axis is then nearly the world's own.
-  const Group near = At(210, 0.01, 0.01, 1);
+  const Group upright = At(210, 0.01, 0.01, 1);
   Check({{"circle from below", L"CIRCLE", {At(10, 5, 0), {40, 1.0}, below}, {-6, -1, -4, 1}, 'W'},
          {"arc from below",
           L"ARC",
@@ -220,7 +220,7 @@ TEST_F(EntityShapesTest, ExtrusionTurnsObjectCoordinates) {
           {At(10, 0, 0), {40, 1.0}, oblique},
           {-0.8164, -0.8165, 0.8165, 0.8165},
           'C'},
-         {"near the z axis", L"CIRCLE", {At(10, 10, 0), {40, 0.0}, near}, {9.99, -0.01, 10, 0.01}, 'W'},
+         {"near the z axis", L"CIRCLE", {At(10, 10, 0), {40, 0.0}, upright}, {9.99, -0.01, 10, 0.01}, 'W'},
          {"seen from its edge", L"CIRCLE", {At(10, 0, 0), {40, 3.0}, At(210, 0, 1, 0)}, {-3, 0, 3, 0}, 'W'},
          {"half seen from its edge",
           L"ARC",

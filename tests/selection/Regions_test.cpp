@@ -84,10 +84,10 @@ TEST_F(RegionsTest, PolygonsWithSlantingSidesTouchWhatRoundingLeavesOnThem) {
   Drawing beside;
   DrawLine(beside, 0.3, 0.1 - 1e-12, 2.1, 0.7 - 1e-12);
   EXPECT_EQ(PolygonRelation(beside, triangle), '-');
-  const Points far{{5e6, 5e6}, {5e6 + 3, 5e6 + 1}, {5e6, 5e6 + 1}};
+  const Points distant{{5e6, 5e6}, {5e6 + 3, 5e6 + 1}, {5e6, 5e6 + 1}};
   Drawing remote;
   DrawLine(remote, 5e6 + 0.3, 5e6 + 0.1, 5e6 + 2.1, 5e6 + 0.7);
-  EXPECT_EQ(PolygonRelation(remote, far), 'W');
+  EXPECT_EQ(PolygonRelation(remote, distant), 'W');
 }
 
 TEST_F(RegionsTest, PolygonsAndCurves) {
