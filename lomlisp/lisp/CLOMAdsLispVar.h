@@ -3,6 +3,7 @@
 
 #include <lomlisp/lisp/CLOMLispElement.h>
 #include <lomlisp/lisp/DataType.h>
+#include <lomlisp/platform/api.h>
 
 #include <memory>
 #include <string>
@@ -19,7 +20,7 @@ class CLOMReverseProxy;
 // said. On bad input a member prints its message on the command line, leaves the value as it was
 // and gives 0, false or itself; std::bad_alloc is the only exception. Nesting depth costs heap,
 // never stack. All use is on the one thread that runs LISP.
-class CLOMAdsLispVar {
+class LOMLISP_API CLOMAdsLispVar {
  public:
   using Element = std::shared_ptr<CLOMLispElement>;
   using ConstElement = std::shared_ptr<const CLOMLispElement>;

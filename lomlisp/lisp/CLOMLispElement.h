@@ -2,12 +2,13 @@
 #pragma once
 
 #include <lomlisp/lisp/ChildSeq.h>
+#include <lomlisp/platform/api.h>
 #include <lomlisp/resbuf/ResBuf.h>
 
 // One node of the tree that a LISP value is: an atom, a list or a dotted list. Nodes are shared;
 // they are made only with std::make_shared, in one allocation with their count. An empty node
 // pointer is nil, also as a child. A fresh node is an empty list.
-class CLOMLispElement {
+class LOMLISP_API CLOMLispElement {
  public:
   enum : int { List = 0, Atom = 1, DottedList = 2 };
 

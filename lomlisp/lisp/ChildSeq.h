@@ -1,6 +1,8 @@
 // The children of a list node.
 #pragma once
 
+#include <lomlisp/platform/api.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -22,7 +24,7 @@ namespace lomlisp {
 // Unlike a deque's, references and iterators end when the sequence grows. Destroying children
 // never recurses, however deep the trees below them are, and never allocates: what has to be freed
 // is queued, and the outermost release works the queue off.
-class ChildSeq {
+class LOMLISP_API ChildSeq {
  public:
   using value_type = std::shared_ptr<CLOMLispElement>;
   using size_type = size_t;

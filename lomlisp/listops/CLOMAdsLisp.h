@@ -3,13 +3,14 @@
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
 #include <lomlisp/listops/Proxies.h>
+#include <lomlisp/platform/api.h>
 
 // Static functions named after the LISP functions that they imitate. Each copies the handle of its
 // argument and applies the member of the same name to the copy, so arguments stay as they are,
 // except where it is said otherwise. On bad input they print a message that begins with
 // "CLOMAdsLisp::", often followed by the argument, and give nil or 0. Cost and sharing are those
 // of the member.
-class CLOMAdsLisp {
+class LOMLISP_API CLOMAdsLisp {
  public:
   using datatype_t = lomlisp::datatype_t;
   using enum lomlisp::datatype_t;

@@ -1,6 +1,7 @@
 // Cursors over chains of records.
 #pragma once
 
+#include <lomlisp/platform/api.h>
 #include <lomlisp/resbuf/ResBuf.h>
 
 // Whether a given chain is linked in itself, and is the list's from then on, or copied.
@@ -17,7 +18,7 @@ enum class ADSDeleteFlag : int { Ask = 0, Release = 1, Keep = 2 };
 //
 // Constant time, except Last, Previous and Reverse (linear in the chain), NextElement (in the
 // nested list) and PreviousElement (in the chain).
-class ADSBaseList {
+class LOMLISP_API ADSBaseList {
  public:
   ADSBaseList() { Init(); }
   ADSBaseList(const ADSBaseList&) = delete;
@@ -73,7 +74,7 @@ class ADSBaseList {
 
 // A cursor that owns its chain: records from the platform's heap, released one by one with their
 // texts, those of DXF text groups included.
-class ADSList : public ADSBaseList {
+class LOMLISP_API ADSList : public ADSBaseList {
  public:
   ADSList() = default;
   explicit ADSList(const ADSBaseList& source) { Add(source); }  // a deep copy

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <lomlisp/platform/ads.h>
+#include <lomlisp/platform/api.h>
 #include <lomlisp/platform/mfc.h>
 #include <lomlisp/platform/suite.h>
 
@@ -25,7 +26,7 @@ enum class ADSResType : short {};  // any code, as in ADSResType(RTLB)
 // hold them and die with the last (see resbuf/DxfTexts.h); any other stays its owner's.
 //
 // All members take constant time, or time linear in the text they copy or compare. None throws.
-class ResBuf : public resbuf {
+class LOMLISP_API ResBuf : public resbuf {
  public:
   // --- Construction and assignment ---
   //

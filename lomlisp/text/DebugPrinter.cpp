@@ -12,6 +12,9 @@
 
 using namespace lomlisp;
 
+unsigned long lomlisp::debugIndentation = 0;
+unsigned long lomlisp::debugNumbering = 0;
+
 namespace {
 
 constexpr size_t kIndexWidth = 14;
