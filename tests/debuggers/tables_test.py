@@ -38,7 +38,8 @@ FORMATS = {"d", "x", "g", "su"}
 STANDARD_MEMBERS = {"_Ptr", "_Rep", "_Uses"}
 WORDS = {"this", "int", "std", "shared_ptr", "u"}
 
-header_text = "\n".join((ROOT / "lomlisp" / name).read_text() for name in HEADERS)
+# As if the library were an archive, which exports nothing.
+header_text = "\n".join((ROOT / "lomlisp" / name).read_text() for name in HEADERS).replace("LOMLISP_API ", "")
 views = {statement.targets[0].id: ast.literal_eval(statement.value)
          for statement in ast.parse((ROOT / "debuggers" / "lomlisp_gdb.py").read_text()).body
          if isinstance(statement, ast.Assign) and statement.targets[0].id in ("RESULT_TYPES", "DXF_RANGES")}
