@@ -24,7 +24,8 @@ namespace {
 HMODULE ModuleOf(void* handle) { return static_cast<HMODULE>(handle); }
 
 void* OpenObject(const std::filesystem::path& path, std::string& reason) {
-  HMODULE const module = LoadLibraryW(path.c_str());
+  // Of a path with other slashes Windows does not promise that it is found.
+  HMODULE const module = LoadLibraryW(std::filesystem::path(path).make_preferred().c_str());
   if (module == nullptr) reason = std::system_category().message(static_cast<int>(GetLastError()));
   return module;
 }

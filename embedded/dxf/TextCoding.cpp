@@ -143,7 +143,9 @@ bool IsAsciiTrail(char32_t code) { return code != 0 && code < 0x80 && code != '\
 
 // --- What needs no thought ---
 
-bool IsPlain(char character) { return character >= 0 && character != '^' && character != '\\'; }
+bool IsPlain(char character) {
+  return static_cast<unsigned char>(character) < 0x80 && character != '^' && character != '\\';
+}
 bool IsPlain(wchar_t character) {
   return character >= L' ' && character < L'\x7F' && character != L'^' && character != L'\\';
 }
