@@ -142,6 +142,8 @@ TEST_F(DxfSaving, AnUncommittedFileLeavesNothing) {
   EXPECT_EQ(FilesInFolder(), 1u);
 }
 
+// Windows knows neither permissions of an owner nor, but for administrators, links to files, and it has no
+// limit to the size of files.
 #ifdef __unix__
 TEST_F(DxfSaving, LinksAndPermissionsStay) {
   Put(In("real.dxf"), "old");
