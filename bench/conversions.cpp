@@ -137,7 +137,7 @@ void Measure(benchmark::State& state, Make make) {
   state.SetItemsProcessed(state.iterations() * kGroups);
   state.counters["time/group"] = benchmark::Counter(
       kGroups, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-  state.counters["bytes/group"] = static_cast<double>(bytes) / kGroups;
+  if (kSeesHeapOfLibrary) state.counters["bytes/group"] = static_cast<double>(bytes) / kGroups;
 }
 
 void ChainToValue(benchmark::State& state) {
