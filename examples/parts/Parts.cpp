@@ -48,9 +48,10 @@ int BoundingBox() {
   for (; !points.NilP(); CLOMAdsLisp::SetQ(points, CLOMAdsLisp::Cdr(points))) {
     ads_point point;
     CLOMAdsLisp::SetQ(point, CLOMAdsLisp::Car(points));
+    // In brackets: <windows.h> has macros of these names.
     for (int i = 0; i < 2; ++i) {
-      lower[i] = std::min(lower[i], point[i]);
-      upper[i] = std::max(upper[i], point[i]);
+      lower[i] = (std::min)(lower[i], point[i]);
+      upper[i] = (std::max)(upper[i], point[i]);
     }
   }
   CLOMAdsLisp::Return(

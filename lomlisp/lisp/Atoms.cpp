@@ -113,7 +113,7 @@ void CLOMAdsLispVar::GetString(wchar_t* buffer, size_t len) const {
   const wchar_t* const text = m_element->atom.resval.rstring;
   const size_t length = TextLength(text);
   if (length > len - 1) acutPrintf(messages::GetStringCut);
-  const size_t copied = std::min(length, len - 1);
+  const size_t copied = (std::min)(length, len - 1);
   if (copied > 0) std::copy_n(text, copied, buffer);
   buffer[copied] = 0;
 }

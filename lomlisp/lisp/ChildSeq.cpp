@@ -32,7 +32,7 @@ void MoveChildren(Child* from, size_t count, Child* to) {
 }  // namespace
 
 ChildSeq::Block* ChildSeq::Allocate(size_type capacity) {
-  if (capacity > std::numeric_limits<uint32_t>::max()) throw std::length_error("ChildSeq");
+  if (capacity > (std::numeric_limits<uint32_t>::max)()) throw std::length_error("ChildSeq");
   auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + capacity * sizeof(Child)));
   *block = {nullptr, static_cast<uint32_t>(capacity), 0, 0};
   return block;
@@ -125,8 +125,8 @@ void ChildSeq::MakeRoomBehind(size_type room) {
   if (m_block != nullptr && needed * 2 <= m_block->capacity) {
     Relocate(m_block->capacity, (m_block->capacity - needed) / 2);
   } else {
-    const size_type inFront = std::min(RoomInFront(), size());
-    Relocate(inFront + std::max({needed, size() * 2, kSmallest}), inFront);
+    const size_type inFront = (std::min)(RoomInFront(), size());
+    Relocate(inFront + (std::max)({needed, size() * 2, kSmallest}), inFront);
   }
 }
 
@@ -136,8 +136,8 @@ void ChildSeq::MakeRoomInFront(size_type room) {
   if (m_block != nullptr && needed * 2 <= m_block->capacity) {
     Relocate(m_block->capacity, room + (m_block->capacity - needed) / 2);
   } else {
-    const size_type behind = std::min(RoomBehind(), size());
-    const size_type filled = std::max({needed, size() * 2, kSmallest});
+    const size_type behind = (std::min)(RoomBehind(), size());
+    const size_type filled = (std::max)({needed, size() * 2, kSmallest});
     Relocate(filled + behind, filled - size());
   }
 }

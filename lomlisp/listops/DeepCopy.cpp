@@ -52,7 +52,7 @@ bool CLOMAdsLispVar::CopyHead(const ConstElement& source, Element& head, Element
   rest.reset();
   if (copied == nullptr || n == 0) return true;
   const size_t length = copied->children.size();
-  const size_t count = n < 0 ? length : std::min(length, static_cast<size_t>(n) + 1);
+  const size_t count = n < 0 ? length : (std::min)(length, static_cast<size_t>(n) + 1);
   head = CopyNode(*copied);
   head->children.reserve(count);
   Copier copier(*head);

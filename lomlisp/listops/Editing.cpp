@@ -83,7 +83,7 @@ CLOMAdsLispVar CLOMAdsLisp::Insert(CLOMAdsLispVar list, const CLOMAdsLispVar& ch
   const Element nodeOfChildren = children.New();
   const Members members(nodeOfList.get());
   const Members inserted(nodeOfChildren.get());
-  const size_t front = n < 0 ? 0 : std::min(static_cast<size_t>(n), members.size());
+  const size_t front = n < 0 ? 0 : (std::min)(static_cast<size_t>(n), members.size());
   ChildSeq edited;
   edited.reserve(members.size() + inserted.size());
   AppendShared(edited, members, 0, front);

@@ -45,8 +45,8 @@ void MergeRuns(std::vector<Entry<Value>>& entries, Before before) {
   std::vector<Entry<Value>> merged(size);
   for (size_t width = 1; width < size; width *= 2) {
     for (size_t begin = 0; begin < size; begin += 2 * width) {
-      const size_t middle = std::min(begin + width, size);
-      const size_t end = std::min(middle + width, size);
+      const size_t middle = (std::min)(begin + width, size);
+      const size_t end = (std::min)(middle + width, size);
       size_t left = begin;
       size_t right = middle;
       for (size_t target = begin; target < end; ++target) {

@@ -20,7 +20,7 @@ namespace {
 class TextReplacer {
  public:
   TextReplacer(const CStringArray& from, const CStringArray& to) {
-    const auto count = std::min(from.GetSize(), to.GetSize());
+    const auto count = (std::min)(from.GetSize(), to.GetSize());
     for (decltype(from.GetSize()) i = 0; i < count; ++i)
       m_replacements.emplace(from[i].GetString(), to[i].GetString());
   }

@@ -10,6 +10,9 @@
 
 #ifdef LOMLISP_HOST_SDK
 
+// MFC must be in front of whatever includes <windows.h>, as the real host's headers may.
+#include <lomlisp/platform/mfc.h>
+
 #include LOMLISP_HOST_HEADER
 
 #else

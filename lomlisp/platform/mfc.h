@@ -5,7 +5,10 @@
 
 #ifdef LOMLISP_MFC
 
+// First the one that all others need, and that wants to be the one to include <windows.h>.
 #include <afx.h>
+// Then in any order.
+#include <afxcoll.h>
 #include <afxdisp.h>
 #include <afxtempl.h>
 

@@ -6,7 +6,11 @@
 
 #include <lomlisp/platform/ads.h>
 
-#ifndef LOMLISP_HOST_SDK
+#ifdef LOMLISP_HOST_SDK
+
+#include LOMLISP_HOST_MODULE_HEADER
+
+#else
 
 // --- Selection sets ---
 //

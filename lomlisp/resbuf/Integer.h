@@ -12,17 +12,17 @@ namespace lomlisp {
 template <class Integer>
 Integer Truncate(double value) {
   // Both bounds are powers of two, so they are exact as doubles for every width.
-  constexpr double lowest = static_cast<double>(std::numeric_limits<Integer>::min());
+  constexpr double lowest = static_cast<double>((std::numeric_limits<Integer>::min)());
   const double whole = std::trunc(value);
-  if (!(whole >= lowest && whole < -lowest)) return std::numeric_limits<Integer>::min();
+  if (!(whole >= lowest && whole < -lowest)) return (std::numeric_limits<Integer>::min)();
   return static_cast<Integer>(whole);
 }
 
 // The same, but a real above the range gives the greatest integer.
 template <class Integer>
 Integer TruncateSaturated(double value) {
-  if (value >= -static_cast<double>(std::numeric_limits<Integer>::min()))
-    return std::numeric_limits<Integer>::max();
+  if (value >= -static_cast<double>((std::numeric_limits<Integer>::min)()))
+    return (std::numeric_limits<Integer>::max)();
   return Truncate<Integer>(value);
 }
 

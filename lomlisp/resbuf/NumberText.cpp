@@ -30,12 +30,12 @@ const wchar_t* SkipReal(const wchar_t* text) {
 
 // Whether a real that is out of range is too great, and not too small.
 bool IsTooGreat(std::string_view digits) {
-  const size_t exponentMark = std::min(digits.find_first_of("eE"), digits.size());
+  const size_t exponentMark = (std::min)(digits.find_first_of("eE"), digits.size());
   const std::string_view mantissa = digits.substr(0, exponentMark);
-  const size_t point = std::min(mantissa.find('.'), mantissa.size());
+  const size_t point = (std::min)(mantissa.find('.'), mantissa.size());
   const size_t leading = mantissa.find_first_not_of("0.");
   if (leading == std::string_view::npos) return false;
-  std::string_view exponentText = digits.substr(std::min(exponentMark + 1, digits.size()));
+  std::string_view exponentText = digits.substr((std::min)(exponentMark + 1, digits.size()));
   if (exponentText.starts_with('+')) exponentText.remove_prefix(1);
   long long exponent = 0;
   const auto scanned = std::from_chars(exponentText.begin(), exponentText.end(), exponent);
@@ -51,9 +51,9 @@ int32_t ScanInteger(const wchar_t* text) {
   using Limits = std::numeric_limits<int32_t>;
   const bool negative = SkipSign(text);
   int64_t magnitude = 0;
-  for (; IsDigit(*text) && magnitude <= Limits::max(); ++text) magnitude = magnitude * 10 + (*text - L'0');
-  return static_cast<int32_t>(negative ? std::max<int64_t>(-magnitude, Limits::min())
-                                       : std::min<int64_t>(magnitude, Limits::max()));
+  for (; IsDigit(*text) && magnitude <= (Limits::max)(); ++text) magnitude = magnitude * 10 + (*text - L'0');
+  return static_cast<int32_t>(negative ? std::max<int64_t>(-magnitude, (Limits::min)())
+                                       : std::min<int64_t>(magnitude, (Limits::max)()));
 }
 
 double ScanReal(const wchar_t* text) {

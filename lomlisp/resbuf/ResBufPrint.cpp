@@ -13,7 +13,7 @@ void ResBuf::Print(wchar_t* buf, size_t len) const {
   if (buf == nullptr) {
     acutPrintf(L"%s", printed);
   } else if (len > 0) {
-    const size_t copied = std::min(length, len - 1);
+    const size_t copied = (std::min)(length, len - 1);
     std::copy_n(printed, copied, buf);
     buf[copied] = 0;
     buf[len - 1] = 0;

@@ -19,7 +19,7 @@ class BoundedText {
 
   void Append(std::wstring_view text) { Finish(text.copy(End(), Room(text.size()))); }
   void Append(const AtomText& atom) {
-    Finish(atom.CopyTo(End(), Room(std::min(atom.Length(), kLongestAtom))));
+    Finish(atom.CopyTo(End(), Room((std::min)(atom.Length(), kLongestAtom))));
   }
 
  private:
@@ -31,7 +31,7 @@ class BoundedText {
   }
 
   wchar_t* End() const { return m_buffer + m_length; }
-  size_t Room(size_t wanted) const { return std::min(wanted, (m_size - m_length) / 2); }
+  size_t Room(size_t wanted) const { return (std::min)(wanted, (m_size - m_length) / 2); }
   void Finish(size_t written) {
     if (m_size == 0) return;
     m_length += written;

@@ -41,7 +41,7 @@ struct Number {
 std::wstring Piece(const Number& number, const Directive& directive) {
   const size_t length = number.prefix.size() + number.digits.size() + number.digitsLeftOut;
   const size_t width = directive.width > 0 ? static_cast<size_t>(directive.width) : 0;
-  const size_t missing = std::min(width - std::min(width, length), kLongestPiece);
+  const size_t missing = (std::min)(width - (std::min)(width, length), kLongestPiece);
   std::wstring piece;
   if (directive.left)
     piece = number.prefix + number.digits + std::wstring(missing, L' ');
@@ -72,7 +72,7 @@ std::wstring IntegerPiece(int32_t value, wchar_t letter, const Directive& direct
 std::wstring RealPiece(double value, wchar_t letter, const Directive& directive) {
   constexpr int32_t kStandardPrecision = 6;
   const int32_t precision = directive.precision < 0 ? kStandardPrecision : directive.precision;
-  const int32_t written = std::min(precision, static_cast<int32_t>(kLongestPiece));
+  const int32_t written = (std::min)(precision, static_cast<int32_t>(kLongestPiece));
   Number number{SignOf(std::signbit(value), directive), L""};
   number.takesZeros = std::isfinite(value);
   if (number.takesZeros) number.digitsLeftOut = static_cast<size_t>(precision - written);
