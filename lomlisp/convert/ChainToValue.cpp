@@ -104,7 +104,7 @@ class RunReader {
   bool Read() {
     short type = DxfType(m_cur->restype);
     do {
-      if (!ReadGroup(type)) return false;
+      if (!ReadGroup()) return false;
       m_cur = m_cur->rbnext;
       if (m_cur == nullptr) return true;
       type = DxfType(m_cur->restype);
@@ -113,7 +113,7 @@ class RunReader {
   }
 
  private:
-  bool ReadGroup(short type) {
+  bool ReadGroup() {
     const short code = m_cur->restype;
     if (code == 1001 && !m_inExtendedData) return false;
     CLOMLispElement& group = *AppendNode(m_list);
@@ -121,20 +121,19 @@ class RunReader {
       group.atom = code;
       m_inExtendedData = true;
     } else if (code == 1001) {
-      AppendValue(type, group);
+      AppendValue(group);
     } else {
       group.dotted = 1;
       group.children.reserve(2);
       group.children.push_back(AtomOf(code));
-      AppendValue(type, group);
+      AppendValue(group);
     }
     return true;
   }
 
-  void AppendValue(short type, CLOMLispElement& group) {
+  void AppendValue(CLOMLispElement& group) {
     Element value = NewNode();
-    const resbuf record = Retyped(*m_cur, type);
-    CLOMAdsLispVar::ADS_Atom(&record, value);
+    ReadGroupValue(*m_cur, value);
     group.children.push_back(std::move(value));
   }
 

@@ -1,6 +1,8 @@
 // One record of an entity list.
 #pragma once
 
+#include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/platform/binary.h>
 #include <lomlisp/resbuf/ResBuf.h>
 
 namespace lomlisp {
@@ -18,6 +20,17 @@ inline resbuf Retyped(const resbuf& record, short type) {
   copy.restype = type;
   copy.rbnext = nullptr;
   return copy;
+}
+
+// Reads the value of a group into a fresh node.
+inline void ReadGroupValue(const resbuf& group, CLOMAdsLispVar::Element& node) {
+  if (IsBinary(group.restype)) {
+    node->atom = group;
+    node->atom.MakeBaseType();
+    return;
+  }
+  const resbuf value = Retyped(group, DxfType(group.restype));
+  CLOMAdsLispVar::ADS_Atom(&value, node);
 }
 
 }  // namespace lomlisp

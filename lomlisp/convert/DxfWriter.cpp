@@ -1,6 +1,7 @@
 #include <lomlisp/convert/DxfWriter.h>
 
 #include <lomlisp/convert/DxfGroup.h>
+#include <lomlisp/resbuf/BinaryData.h>
 
 namespace lomlisp {
 
@@ -65,6 +66,7 @@ bool DxfWriter::BeginGroup(node::Node group) {
   }
   if (type == RTPOINT || type == RT3DPOINT) return WritePoint(value, code);
   if (!node::IsAtom(value)) return false;
+  if (IsBinary(code) && !(node::IsString(value) && AreBytes(value->atom))) return false;
   Append(NewDxfGroup(value->atom, code));
   return true;
 }

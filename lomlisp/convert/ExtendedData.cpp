@@ -82,8 +82,7 @@ bool IsBrace(const resbuf& record, const wchar_t* brace) {
 
 // Reads the group at `cur` into a fresh node.
 void ReadGroup(const resbuf*& cur, CLOMAdsLispVar::Element& node) {
-  const resbuf value = Retyped(*cur, DxfType(cur->restype));
-  CLOMAdsLispVar::ADS_Atom(&value, node);
+  ReadGroupValue(*cur, node);
   cur = cur->rbnext;
 }
 

@@ -2,6 +2,7 @@
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
 #include <lomlisp/lisp/TreeWalk.h>
+#include <lomlisp/platform/binary.h>
 #include <lomlisp/resbuf/Text.h>
 
 #include <algorithm>
@@ -40,7 +41,7 @@ class TextReplacer {
  private:
   // Null when the atom stays as it is.
   const wchar_t* ReplacementFor(const ResBuf& atom) const {
-    if (atom.BaseType() != RTSTR || atom.resval.rstring == nullptr) return nullptr;
+    if (atom.BaseType() != RTSTR || IsBinary(atom.Type()) || atom.resval.rstring == nullptr) return nullptr;
     const auto found = m_replacements.find(atom.resval.rstring);
     return found != m_replacements.end() ? found->second : nullptr;
   }

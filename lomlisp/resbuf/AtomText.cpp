@@ -1,5 +1,6 @@
 #include <lomlisp/resbuf/AtomText.h>
 
+#include <lomlisp/resbuf/BinaryData.h>
 #include <lomlisp/resbuf/ResBuf.h>
 #include <lomlisp/resbuf/Text.h>
 
@@ -30,6 +31,10 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
       break;
     case RTSTR:
       m_quote = L"\"";
+      if (IsBinary(record.restype)) {
+        PutBytes(BytesOf(record));
+        break;
+      }
       m_body = {record.resval.rstring, TextLength(record.resval.rstring)};
       return;
     case RTENAME:
@@ -81,6 +86,11 @@ void AtomText::PutPoint(const ads_real* point, int dimensions) {
   Put(L")");
 }
 
+void AtomText::PutBytes(std::string_view bytes) {
+  for (const char byte : bytes.substr(0, m_number.size() / 2))
+    for (const wchar_t digit : DigitsOf(byte)) m_number[m_length++] = digit;
+}
+
 size_t EstimateLength(const resbuf& record) {
   switch (DxfType(record.restype)) {
     case RTREAL:
@@ -96,6 +106,7 @@ size_t EstimateLength(const resbuf& record) {
     case RTINT64:
       return 24;
     case RTSTR:
+      if (IsBinary(record.restype)) return AtomText(record, NameForm::Short).Length();
       return TextLength(record.resval.rstring) + 2;
     case RTENAME:
       return 17;

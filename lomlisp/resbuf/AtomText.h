@@ -15,7 +15,9 @@ enum class NameForm { Long, Short };
 
 // The text of a record by its base type, without a copy of the record's own text: three pieces,
 // of which the outer two are the quotes of a text. Numbers are written with the C standard's
-// result for "%f", "%d", "%lx", ..., whatever the locale. Valid while the record lives unchanged.
+// result for "%f", "%d", "%lx", ..., whatever the locale. Of
+// the bytes of a binary group the first 500, four times what the host puts into one. Valid while the record
+// lives unchanged.
 class AtomText {
  public:
   AtomText(const resbuf& record, NameForm nameForm);
@@ -36,6 +38,7 @@ class AtomText {
   void Put(std::wstring_view text);
   void PutReal(double value);
   void PutInteger(__int64 value, int base = 10);
+  void PutBytes(std::string_view bytes);
   void PutPoint(const ads_real* point, int dimensions);
 
   std::wstring_view m_quote;

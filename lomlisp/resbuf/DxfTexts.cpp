@@ -1,7 +1,7 @@
 #include <lomlisp/resbuf/DxfTexts.h>
 
 #include <lomlisp/platform/suite.h>
-#include <lomlisp/resbuf/Text.h>
+#include <lomlisp/resbuf/BinaryData.h>
 
 #include <new>
 #include <unordered_map>
@@ -45,7 +45,7 @@ void Remove(Entry entry) {
 Entry Strike(const resbuf& record) {
   Books& books = TheBooks();
   if (!MayHold(record.restype) || books.holders.erase(&record) == 0) return books.texts.end();
-  const Entry entry = books.texts.find(record.resval.rstring);
+  const Entry entry = books.texts.find(ContentOf(record));
   if (entry != books.texts.end()) --entry->second.holders;
   return entry;
 }
@@ -57,19 +57,19 @@ bool IsTextCode(short type) { return type == RTDXF0 || (type != RTSTR && DxfType
 bool Holds(const resbuf& record) { return MayHold(record.restype) && TheBooks().holders.count(&record) != 0; }
 
 void Own(resbuf& record, short code) {
-  if (record.resval.rstring == nullptr) return;
+  if (ContentOf(record) == nullptr) return;
   Books& books = TheBooks();
   try {
-    const Entry entry = books.texts.try_emplace(record.resval.rstring).first;
+    const Entry entry = books.texts.try_emplace(ContentOf(record)).first;
     AddHolder(entry, record);
     if (IsTextCode(code) || entry->second.underForeignCode) return;
     entry->second.underForeignCode = true;
     ++books.underForeignCode;
   } catch (const std::bad_alloc&) {
-    const Entry entry = books.texts.find(record.resval.rstring);
+    const Entry entry = books.texts.find(ContentOf(record));
     if (entry != books.texts.end() && entry->second.holders == 0) books.texts.erase(entry);
-    acad_free(record.resval.rstring);
-    record.resval.rstring = nullptr;
+    acad_free(ContentOf(record));
+    ClearContent(record);
   }
 }
 
@@ -78,12 +78,12 @@ void Hold(resbuf& copy) {
   if (!MayHold(copy.restype) || books.texts.empty()) return;
   const bool textCode = IsTextCode(copy.restype);
   if (!textCode && books.underForeignCode == 0) return;
-  const Entry entry = books.texts.find(copy.resval.rstring);
+  const Entry entry = books.texts.find(ContentOf(copy));
   if (entry == books.texts.end() || (!textCode && !entry->second.underForeignCode)) return;
   try {
     AddHolder(entry, copy);
   } catch (const std::bad_alloc&) {
-    copy.resval.rstring = nullptr;
+    ClearContent(copy);
   }
 }
 
@@ -91,7 +91,7 @@ void Drop(const resbuf& record) {
   const Entry entry = Strike(record);
   if (entry == TheBooks().texts.end() || entry->second.holders != 0) return;
   Remove(entry);
-  acad_free(record.resval.rstring);
+  acad_free(ContentOf(record));
 }
 
 void Move(const resbuf& from, const resbuf& to) {
@@ -107,7 +107,7 @@ void Release(resbuf& record) {
   if (entry->second.holders == 0)
     Remove(entry);
   else
-    record.resval.rstring = CopyText(record.resval.rstring);
+    CopyContent(record);
 }
 
 void HandOver(resbuf& record) {
@@ -116,7 +116,7 @@ void HandOver(resbuf& record) {
     if (ours)
       Release(record);
     else
-      record.resval.rstring = nullptr;
+      ClearContent(record);
   } else if (ours) {
     Drop(record);
     record.resval = {};

@@ -1,5 +1,7 @@
 // Who frees the text of a record that is not of type RTSTR.
 //
+// The bytes of a binary group, where records have such (platform/binary.h), are kept like a text.
+//
 // A text group (8 . "0") holds its text under a DXF code, and nothing in the record says whose
 // text it is: the platform's, a client's own, or one that MakeDXF put under the code. The code
 // does not even tell whether there is a text: (8 . 5) has code 8 over a short, (62 . "x") code 62

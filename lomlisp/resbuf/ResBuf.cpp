@@ -1,5 +1,6 @@
 #include <lomlisp/resbuf/ResBuf.h>
 
+#include <lomlisp/resbuf/BinaryData.h>
 #include <lomlisp/resbuf/DxfTexts.h>
 #include <lomlisp/resbuf/Text.h>
 #include <lomlisp/resbuf/messages.h>
@@ -146,6 +147,7 @@ wchar_t* ResBuf::TypeName(short type) const {
 }
 
 void ResBuf::MakeBaseType() {
+  if (IsBinary(restype)) return MakeDigits();
   const short base = BaseType();
   if (base == RTSTR)
     dxftexts::Release(*this);
@@ -159,7 +161,34 @@ bool ResBuf::MakeDXF(short type) {
     acutPrintf(messages::NoDxfCode, static_cast<int>(type));
     return false;
   }
+  if (IsBinary(type) && !IsBinary(restype)) return MakeBytes(type);
+  if (IsBinary(restype) && !IsBinary(type)) MakeDigits();
   if (restype == RTSTR || dxftexts::Holds(*this)) dxftexts::Own(*this, type);
   restype = type;
+  return true;
+}
+
+void ResBuf::MakeDigits() {
+  wchar_t* const digits = NewDigits(*this);
+  dxftexts::Drop(*this);
+  resval = {};
+  restype = RTSTR;
+  resval.rstring = digits;
+}
+
+// Only a text can say what the bytes are.
+bool ResBuf::MakeBytes(short type) {
+  const bool isText = restype == RTSTR || dxftexts::Holds(*this);
+  const wchar_t* const digits = isText ? resval.rstring : nullptr;
+  if (!AreBytes(digits)) {
+    acutPrintf(messages::NoBytes, static_cast<int>(type));
+    return false;
+  }
+  resbuf group = {};
+  TakeBytes(group, digits);
+  Destroy();
+  restype = type;
+  resval = group.resval;
+  dxftexts::Own(*this, type);
   return true;
 }

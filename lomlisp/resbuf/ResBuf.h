@@ -25,6 +25,9 @@ enum class ADSResType : short {};  // any code, as in ADSResType(RTLB)
 // DXF code through MakeDXF, or into an ADSList from the platform, are shared by the records that
 // hold them and die with the last (see resbuf/DxfTexts.h); any other stays its owner's.
 //
+// Where a binary group holds bytes (see platform/binary.h), these are treated like a text, which they become
+// as hexadecimal digits under any other type.
+//
 // All members take constant time, or time linear in the text they copy or compare. None throws.
 class LOMLISP_API ResBuf : public resbuf {
  public:
@@ -159,7 +162,7 @@ class LOMLISP_API ResBuf : public resbuf {
   // because an RTSTR record owns its text alone.
   void MakeBaseType();
   // Sets a DXF code; the value stays as it is. False and "ResBuf::MakeDXF : ..." when `type` is no
-  // DXF code. A text becomes shared, see above.
+  // DXF code, nor when it is that of bytes which the text does not spell. A text becomes shared, see above.
   bool MakeDXF(short type);
 
   // --- Printing ---
@@ -197,6 +200,9 @@ class LOMLISP_API ResBuf : public resbuf {
   void Init(ADSResType type);
   void Init(COleVariant variant);  // clears the variant
   void Init(const resbuf& record);
+  // Between a text of hexadecimal digits and the bytes of a binary group.
+  void MakeDigits();
+  bool MakeBytes(short type);
   // Lets the text go.
   void Destroy();
 

@@ -1,6 +1,5 @@
-#include <lomlisp/resbuf/DxfTexts.h>
+#include <lomlisp/resbuf/BinaryData.h>
 #include <lomlisp/resbuf/ResBuf.h>
-#include <lomlisp/resbuf/Text.h>
 #include <lomlisp/resbuf/messages.h>
 
 using namespace lomlisp;
@@ -24,8 +23,7 @@ resbuf* ResBuf::copyToAcadResBuf(const resbuf* record) {
   copy->rbnext = nullptr;
   // acutRelRb releases the text of RTDXF0 too, so the copy needs one of its own.
   if (!baseIsText && record->restype != RTDXF0) return copy;
-  copy->resval.rstring = CopyText(record->resval.rstring);
-  if (copy->resval.rstring == nullptr && record->resval.rstring != nullptr) {
+  if (!CopyContent(*copy)) {
     acutPrintf(messages::CannotMakeText, kFunction);
     acutRelRb(copy);
     return nullptr;

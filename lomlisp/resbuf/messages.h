@@ -32,6 +32,9 @@ inline constexpr const wchar_t* CannotOrder =
 inline constexpr const wchar_t* NoDxfCode =
     L"ResBuf::MakeDXF : \u00DCbergebener Typ %d ist kein DXF-Code !\nName";
 
+inline constexpr const wchar_t* NoBytes =
+    L"ResBuf::MakeDXF : Text f\u00FCr Gruppe %d besteht nicht aus Paaren von Hexadezimalziffern !\nName";
+
 // Take the name of the function.
 inline constexpr const wchar_t* CannotMakeTextRecord = L"%s: can't make new resbuf (1)\nName";
 inline constexpr const wchar_t* CannotMakeRecord = L"%s: can't make new resbuf (2)\nName";
