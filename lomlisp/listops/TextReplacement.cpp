@@ -47,8 +47,9 @@ class TextReplacer {
   }
 
   static void Replace(ResBuf& atom, const wchar_t* text) {
-    if (atom.Type() == RTSTR && TextLength(atom.resval.rstring) >= std::wcslen(text))
-      std::wcscpy(atom.resval.rstring, text);
+    const size_t length = std::wcslen(text);
+    if (atom.Type() == RTSTR && TextLength(atom.resval.rstring) >= length)
+      std::wmemcpy(atom.resval.rstring, text, length + 1);
     else
       Exchange(atom, ResBuf(text));
   }
