@@ -15,9 +15,9 @@ enum class NameForm { Long, Short };
 
 // The text of a record by its base type, without a copy of the record's own text: three pieces,
 // of which the outer two are the quotes of a text. Numbers are written with the C standard's
-// result for "%f", "%d", "%lx", ..., whatever the locale. Of
-// the bytes of a binary group the first 500, four times what the host puts into one. Valid while the record
-// lives unchanged.
+// result for "%f", "%d", "%lx", ..., whatever the locale. Of the bytes of a binary group only the
+// first 500 are written, four times what the host puts into one. Valid while the record lives
+// unchanged.
 class AtomText {
  public:
   AtomText(const resbuf& record, NameForm nameForm);
