@@ -1,10 +1,13 @@
 #include <lomlisp/resbuf/AtomText.h>
 
 #include <lomlisp/resbuf/BinaryData.h>
+#include <lomlisp/resbuf/NumberText.h>
 #include <lomlisp/resbuf/ResBuf.h>
 #include <lomlisp/resbuf/Text.h>
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace lomlisp {
 
@@ -39,12 +42,12 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
       return;
     case RTENAME:
       Put(nameForm == NameForm::Long ? L"<Entity name: " : L"<Ename: ");
-      PutInteger(static_cast<uint32_t>(record.resval.rlname[0]), 16);
+      PutHandle(record.resval.rlname[0]);
       Put(L">");
       break;
     case RTPICKS:
       Put(nameForm == NameForm::Long ? L"<Selection set: " : L"<Selset: ");
-      PutInteger(static_cast<uint32_t>(record.resval.rlname[0]), 16);
+      PutHandle(record.resval.rlname[0]);
       Put(L">");
       break;
     case RTLB:
@@ -65,16 +68,14 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
 
 void AtomText::Put(std::wstring_view text) { m_length += text.copy(&m_number[m_length], text.size()); }
 
-void AtomText::PutReal(double value) {
-  char digits[320];
-  const char* const end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed, 6).ptr;
-  for (const char* digit = digits; digit != end; ++digit) m_number[m_length++] = static_cast<wchar_t>(*digit);
-}
+void AtomText::PutReal(double value) { EndAt(WriteReal(&m_number[m_length], value)); }
 
-void AtomText::PutInteger(__int64 value, int base) {
-  char digits[24];
-  const char* const end = std::to_chars(digits, std::end(digits), value, base).ptr;
-  for (const char* digit = digits; digit != end; ++digit) m_number[m_length++] = static_cast<wchar_t>(*digit);
+void AtomText::PutInteger(__int64 value) { EndAt(WriteInteger(&m_number[m_length], value)); }
+
+void AtomText::PutHandle(__int64 word) {
+  char digits[8];
+  const char* const end = std::to_chars(digits, std::end(digits), static_cast<uint32_t>(word), 16).ptr;
+  EndAt(std::copy(static_cast<const char*>(digits), end, &m_number[m_length]));
 }
 
 void AtomText::PutPoint(const ads_real* point, int dimensions) {

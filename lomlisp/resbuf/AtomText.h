@@ -28,6 +28,7 @@ class AtomText {
 
   // Writes the first `count` characters, at most all, without a terminating zero; gives how many.
   size_t CopyTo(wchar_t* target, size_t count) const {
+    if (m_quote.empty()) return m_body.copy(target, count);
     size_t written = 0;
     for (const std::wstring_view piece : {m_quote, m_body, m_quote})
       written += piece.copy(target + written, count - written);
@@ -37,9 +38,11 @@ class AtomText {
  private:
   void Put(std::wstring_view text);
   void PutReal(double value);
-  void PutInteger(__int64 value, int base = 10);
+  void PutInteger(__int64 value);
+  void PutHandle(__int64 word);
   void PutBytes(std::string_view bytes);
   void PutPoint(const ads_real* point, int dimensions);
+  void EndAt(const wchar_t* end) { m_length = static_cast<size_t>(end - m_number.data()); }
 
   std::wstring_view m_quote;
   std::wstring_view m_body;

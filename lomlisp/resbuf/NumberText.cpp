@@ -3,7 +3,11 @@
 #include <lomlisp/resbuf/Characters.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <iterator>
 #include <limits>
+#include <optional>
 #include <string_view>
 
 namespace lomlisp {
@@ -44,6 +48,57 @@ bool IsTooGreat(std::string_view digits) {
   return exponent > static_cast<long long>(leading) - static_cast<long long>(point);
 }
 
+// A real without a sign and an exponent, when it is short: its digits as a whole number and the power of ten
+// are then exact, so that only their quotient is rounded.
+std::optional<double> ShortReal(const wchar_t* text, const wchar_t* end) {
+  constexpr std::ptrdiff_t kLongest = 16;
+  if (end - text > kLongest) return std::nullopt;
+  uint64_t digits = 0;
+  double divisor = 1.0;
+  bool behindPoint = false;
+  for (; text != end; ++text) {
+    if (*text == L'.') {
+      behindPoint = true;
+      continue;
+    }
+    if (!IsDigit(*text)) return std::nullopt;
+    digits = digits * 10 + static_cast<uint64_t>(*text - L'0');
+    if (behindPoint) divisor *= 10.0;
+  }
+  return static_cast<double>(digits) / divisor;
+}
+
+// Writes the decimal digits, at least `width`, zeros in front.
+wchar_t* WriteDigits(wchar_t* target, uint64_t number, int width = 1) {
+  wchar_t digits[20];
+  wchar_t* const end = std::end(digits);
+  wchar_t* first = end;
+  for (; number != 0 || end - first < width; number /= 10)
+    *--first = static_cast<wchar_t>(L'0' + number % 10);
+  return std::copy(first, end, target);
+}
+
+// A magnitude times a million as a whole number, rounded as "%f" rounds: exactly, and to the even one between
+// two. Nothing for numbers that are too small or too great for 64 bits at each step.
+std::optional<uint64_t> Millionths(double magnitude) {
+  if (magnitude == 0.0) return 0;
+  if (!(magnitude >= 0x1p-11 && magnitude < 0x1p43)) return std::nullopt;
+  uint64_t bits = 0;
+  std::memcpy(&bits, &magnitude, sizeof bits);
+  // magnitude = mantissa / 2^shift, and the shift lies between 10 and 63.
+  const uint64_t mantissa = (bits & 0xF'FFFF'FFFF'FFFF) | 0x10'0000'0000'0000;
+  const int shift = 1075 - static_cast<int>(bits >> 52);
+  // mantissa * 1,000,000 = high * 2^64 + low
+  const uint64_t lower = (mantissa & 0xFFFF'FFFF) * 1'000'000;
+  const uint64_t upper = (mantissa >> 32) * 1'000'000 + (lower >> 32);
+  const uint64_t high = upper >> 32;
+  const uint64_t low = (upper << 32) | (lower & 0xFFFF'FFFF);
+  const uint64_t whole = (high << (64 - shift)) | (low >> shift);
+  const uint64_t rest = low << (64 - shift);
+  constexpr uint64_t kHalf = uint64_t{1} << 63;
+  return whole + (rest > kHalf || (rest == kHalf && whole % 2 != 0) ? 1 : 0);
+}
+
 }  // namespace
 
 int32_t ScanInteger(const wchar_t* text) {
@@ -59,12 +114,33 @@ int32_t ScanInteger(const wchar_t* text) {
 double ScanReal(const wchar_t* text) {
   if (text == nullptr) return 0.0;
   const bool negative = SkipSign(text);
-  const std::string digits(text, SkipReal(text));
+  const wchar_t* const end = SkipReal(text);
+  if (const auto magnitude = ShortReal(text, end)) return negative ? -*magnitude : *magnitude;
+  const std::string digits(text, end);
   double magnitude = 0.0;
   const auto scanned = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude);
   if (scanned.ec == std::errc::result_out_of_range)
     magnitude = IsTooGreat({digits.data(), scanned.ptr}) ? std::numeric_limits<double>::infinity() : 0.0;
   return negative ? -magnitude : magnitude;
+}
+
+wchar_t* WriteInteger(wchar_t* target, long long value) {
+  const auto number = static_cast<uint64_t>(value);
+  if (value >= 0) return WriteDigits(target, number);
+  *target = L'-';
+  return WriteDigits(target + 1, 0 - number);
+}
+
+wchar_t* WriteReal(wchar_t* target, double value) {
+  if (const auto millionths = Millionths(std::fabs(value))) {
+    if (std::signbit(value)) *target++ = L'-';
+    target = WriteDigits(target, *millionths / 1'000'000);
+    *target++ = L'.';
+    return WriteDigits(target, *millionths % 1'000'000, 6);
+  }
+  char digits[320];
+  const char* const end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed, 6).ptr;
+  return std::copy(static_cast<const char*>(digits), end, target);
 }
 
 void AppendReal(std::wstring& text, double value, std::chars_format format, int precision) {

@@ -13,6 +13,11 @@ namespace lomlisp {
 int32_t ScanInteger(const wchar_t* text);  // saturated
 double ScanReal(const wchar_t* text);      // infinite, or 0, when it is out of range
 
+// Writes a number, without a terminating zero, and gives the position behind it: "%lld", and "%f" (at most
+// 317 characters).
+wchar_t* WriteInteger(wchar_t* target, long long value);
+wchar_t* WriteReal(wchar_t* target, double value);
+
 // Appends a real with `precision` digits behind the point, as "%f" (fixed) or "%e" (scientific).
 void AppendReal(std::wstring& text, double value, std::chars_format format, int precision);
 

@@ -44,9 +44,7 @@ class DebugPrinter {
     BreakLine();
     PutIndex(index);
   }
-  void AfterChild(const CLOMLispElement& list, size_t index) {
-    if (const wchar_t* const separator = Separator(list, index)) Put(separator);
-  }
+  void AfterChild(const CLOMLispElement& list, size_t index) { Put(Separator(list, index)); }
   void Leave(const CLOMLispElement&) {
     Put(L")");
     BreakLine();

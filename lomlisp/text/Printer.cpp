@@ -5,21 +5,23 @@
 #include <lomlisp/text/BoundedText.h>
 #include <lomlisp/text/Separator.h>
 
+#include <string_view>
+
 using namespace lomlisp;
 
 namespace {
 
 class CommandLine {
  public:
-  void Put(const wchar_t* piece) { acutPrintf(piece); }
-  void Put(const ResBuf& atom) { atom.Print(nullptr, 0); }
+  void Put(std::wstring_view piece) { acutPrintf(piece.data()); }
+  void PutAtom(const ResBuf& atom) { atom.Print(nullptr, 0); }
 };
 
 class Buffer {
  public:
   Buffer(wchar_t* buffer, size_t size) : m_text(buffer, size) {}
-  void Put(const wchar_t* piece) { m_text.Append(std::wstring_view(piece)); }
-  void Put(const ResBuf& atom) { m_text.Append(AtomText(atom, NameForm::Long)); }
+  void Put(std::wstring_view piece) { m_text.Append(piece); }
+  void PutAtom(const ResBuf& atom) { m_text.Append(AtomText(atom, NameForm::Long)); }
 
  private:
   BoundedText m_text;
@@ -34,7 +36,7 @@ class Printer {
     if (node::IsNull(node))
       m_output.Put(L"nil");
     else
-      m_output.Put(node->atom);
+      m_output.PutAtom(node->atom);
   }
   bool Enter(const CLOMLispElement&) {
     m_output.Put(L"(");
@@ -42,7 +44,8 @@ class Printer {
   }
   void BeforeChild(const CLOMLispElement&, size_t) {}
   void AfterChild(const CLOMLispElement& list, size_t index) {
-    if (const wchar_t* const separator = Separator(list, index)) m_output.Put(separator);
+    if (const std::wstring_view separator = Separator(list, index); !separator.empty())
+      m_output.Put(separator);
   }
   void Leave(const CLOMLispElement&) { m_output.Put(L")"); }
 

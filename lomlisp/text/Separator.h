@@ -3,12 +3,15 @@
 
 #include <lomlisp/lisp/Node.h>
 
+#include <cstddef>
+#include <string_view>
+
 namespace lomlisp {
 
-// Behind member `index`: null behind the last, a dot behind the first of a dotted list, else a
+// Behind member `index`: nothing behind the last, a dot behind the first of a dotted list, else a
 // blank.
-inline const wchar_t* Separator(const CLOMLispElement& list, size_t index) {
-  if (index + 1 == list.children.size()) return nullptr;
+inline std::wstring_view Separator(const CLOMLispElement& list, size_t index) {
+  if (index + 1 == list.children.size()) return {};
   return index == 0 && list.dotted == 1 ? L" . " : L" ";
 }
 
