@@ -17,7 +17,12 @@ class BoundedText {
   BoundedText(wchar_t* buffer, size_t size)
       : m_buffer(buffer), m_size(buffer != nullptr ? size : 0), m_length(TextIn(buffer, m_size)) {}
 
-  void Append(std::wstring_view text) { Finish(text.copy(End(), Room(text.size()))); }
+  void Append(std::wstring_view text) {
+    if (text.size() == 1)  // brackets and blanks, half of all pieces
+      AppendCharacter(text.front());
+    else
+      Finish(text.copy(End(), Room(text.size())));
+  }
   void Append(const AtomText& atom) {
     Finish(atom.CopyTo(End(), Room((std::min)(atom.Length(), kLongestAtom))));
   }
@@ -28,6 +33,12 @@ class BoundedText {
 
   static size_t TextIn(const wchar_t* buffer, size_t size) {
     return size > 0 ? static_cast<size_t>(std::find(buffer, buffer + size, L'\0') - buffer) : 0;
+  }
+
+  void AppendCharacter(wchar_t character) {
+    const size_t room = Room(1);
+    if (room == 1) *End() = character;
+    Finish(room);
   }
 
   wchar_t* End() const { return m_buffer + m_length; }
