@@ -72,14 +72,14 @@ void ResBuf::Init(const resbuf& record) {
   resval = record.resval;
   if (restype == RTSTR)
     resval.rstring = CopyText(record.resval.rstring);
-  else
+  else if (dxftexts::MayHold(restype))
     dxftexts::Hold(*this);
 }
 
 void ResBuf::Destroy() {
-  if (restype != RTSTR) {
+  if (dxftexts::MayHold(restype)) {
     dxftexts::Drop(*this);
-  } else if (resval.rstring != nullptr) {
+  } else if (restype == RTSTR && resval.rstring != nullptr) {
     acad_free(resval.rstring);
     resval.rstring = nullptr;
   }
