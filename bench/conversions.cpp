@@ -5,6 +5,8 @@
 // Compare rows of one run only: ChainToValue with ChainToValueByHand, the loop that makes the
 // same nodes.
 
+#include <bench/ByHand.h>
+#include <bench/EntityChain.h>
 #include <bench/StandardHeap.h>
 #include <benchmark/benchmark.h>
 #include <embedded/Host.h>
@@ -19,102 +21,9 @@ using lomlisp::embedded::Host;
 
 constexpr int kGroups = 200'000;
 
-// --- The chain ---
-
-wchar_t* PlatformText(const std::wstring& text) {
-  auto* const copy = static_cast<wchar_t*>(acad_malloc((text.size() + 1) * sizeof(wchar_t)));
-  text.copy(copy, text.size());
-  copy[text.size()] = 0;
-  return copy;
-}
-
-resbuf* NewGroup(short code) {
-  resbuf* const record = acutNewRb(code);
-  switch (DxfType(code)) {
-    case RTSTR:
-      record->resval.rstring = PlatformText(L"text of group " + std::to_wstring(code));
-      break;
-    case RT3DPOINT:
-      record->resval.rpoint[0] = 1.5;
-      break;
-    case RTREAL:
-      record->resval.rreal = 2.5;
-      break;
-    case RTENAME:
-      record->resval.rlname[0] = 77;
-      break;
-    default:
-      record->resval.rint = 3;
-      break;
-  }
-  return record;
-}
-
-// Common groups in turn, then extended data.
-short CodeAt(int position) {
-  constexpr short kCommon[] = {0, 8, 10, 40, 62, 330};
-  const int firstExtended = kGroups / 7 * 6;
-  if (position < firstExtended) return kCommon[position % 6];
-  if (position == firstExtended) return -3;
-  return position == firstExtended + 1 ? 1001 : 1000;
-}
-
 resbuf* EntityChain() {
-  static resbuf* const chain = [] {
-    resbuf* first = nullptr;
-    resbuf** link = &first;
-    for (int i = 0; i < kGroups; ++i) {
-      *link = NewGroup(CodeAt(i));
-      link = &(*link)->rbnext;
-    }
-    return first;
-  }();
+  static resbuf* const chain = NewEntityChain(kGroups);
   return chain;
-}
-
-// --- The loop that makes the same nodes ---
-
-CLOMAdsLispVar::Element Atom(const resbuf& record) {
-  auto atom = std::make_shared<CLOMLispElement>();
-  atom->atom = record;
-  return atom;
-}
-
-CLOMAdsLispVar::Element Value(const resbuf& group) {
-  if (DxfType(group.restype) != RT3DPOINT) {
-    resbuf retyped = group;
-    retyped.restype = DxfType(group.restype);
-    return Atom(retyped);
-  }
-  auto point = std::make_shared<CLOMLispElement>();
-  point->children.reserve(3);
-  for (const double coordinate : group.resval.rpoint) {
-    auto atom = std::make_shared<CLOMLispElement>();
-    atom->atom = coordinate;
-    point->children.push_back(std::move(atom));
-  }
-  return point;
-}
-
-CLOMAdsLispVar::Element ByHand(const resbuf* chain) {
-  auto list = std::make_shared<CLOMLispElement>();
-  for (; chain != nullptr; chain = chain->rbnext) {
-    auto group = std::make_shared<CLOMLispElement>();
-    if (chain->restype == -3) {
-      group->atom = chain->restype;
-    } else if (chain->restype == 1001) {
-      group->children.push_back(Value(*chain));
-    } else {
-      auto code = std::make_shared<CLOMLispElement>();
-      code->atom = chain->restype;
-      group->dotted = 1;
-      group->children.reserve(2);
-      group->children.push_back(std::move(code));
-      group->children.push_back(Value(*chain));
-    }
-    list->children.push_back(std::move(group));
-  }
-  return list;
 }
 
 // --- The measurements ---
@@ -145,7 +54,7 @@ void ChainToValue(benchmark::State& state) {
 }
 
 void ChainToValueByHand(benchmark::State& state) {
-  Measure(state, [chain = EntityChain()] { return ByHand(chain); });
+  Measure(state, [chain = EntityChain()] { return NodesByHand(chain); });
 }
 
 template <class Write>
