@@ -1,4 +1,4 @@
-// How many bytes were asked of the standard allocator in this process.
+// What was asked of the standard allocator in this process.
 #pragma once
 
 #include <cstddef>
@@ -11,3 +11,4 @@ inline constexpr bool kSeesHeapOfLibrary = true;
 #endif
 
 size_t StandardHeapBytes();
+size_t StandardHeapBlocks();

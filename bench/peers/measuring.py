@@ -2,6 +2,7 @@
 import statistics
 import subprocess
 import sys
+import time
 from pathlib import Path
 
 
@@ -35,12 +36,21 @@ class Peer:
         self.process.communicate()
 
 
-def rounds(peers, repetitions):
-    """The figures and digests of each peer. They take turns; a first round warms up and does not count."""
+FEWEST_ROUNDS = 3
+
+
+def rounds(peers, repetitions, seconds):
+    """The figures and digests of each peer. They take turns; a first round warms up and does not count.
+
+    After so many seconds a few rounds are enough.
+    """
+    end = time.monotonic() + seconds
     figures = {name: [] for name in peers}
     digests = {name: set() for name in peers}
     order = list(peers)
     for repetition in range(repetitions + 1):
+        if repetition > FEWEST_ROUNDS and time.monotonic() > end:
+            break
         for name in order[repetition % len(order):] + order[:repetition % len(order)]:
             figure, digest = peers[name].measure()
             digests[name].add((repetition, digest))
@@ -49,11 +59,11 @@ def rounds(peers, repetitions):
     return figures, digests
 
 
-def run(programs, row, size, repetitions):
+def run(programs, row, size, repetitions, seconds):
     """The figures of all peers for each element, by peer."""
     peers = {name: Peer(program, row, size) for name, program in programs.items()}
     try:
-        figures, digests = rounds(peers, repetitions)
+        figures, digests = rounds(peers, repetitions, seconds)
     finally:
         for peer in peers.values():
             peer.end()
@@ -64,10 +74,11 @@ def run(programs, row, size, repetitions):
     return {name: [figure / size for figure in found] for name, found in figures.items()}
 
 
-def measure_row(row, size, repetitions, folders):
+def measure_row(row, size, repetitions, seconds, folders):
     """The medians and all figures of a row for each element; peers without a program are left out."""
     programs = {name: find(row.program(name), folders) for name in ("ours", *row.peers)}
-    figures = run({name: path for name, path in programs.items() if path}, row.name, size, repetitions)
+    there = {name: path for name, path in programs.items() if path}
+    figures = run(there, row.name, size, repetitions, seconds)
     return {"medians": {name: statistics.median(found) for name, found in figures.items()}, "figures": figures}
 
 
@@ -75,12 +86,12 @@ def find(program, folders):
     return next((folder / program for folder in folders if (folder / program).exists()), None)
 
 
-def measure_growth(row, sizes, folders):
+def measure_growth(row, sizes, seconds, folders):
     """Ours for each element (of a sort: and doubling), by the number of elements."""
     costs = {}
     for size in sizes:
         repetitions = max(3, min(50, 1_000_000 // size))
-        figures = run({"ours": find("ours", folders)}, row.name, size, repetitions)
+        figures = run({"ours": find("ours", folders)}, row.name, size, repetitions, seconds)
         costs[size] = statistics.median(figures["ours"]) / (size.bit_length() if row.is_sort else 1)
     return costs
 

@@ -9,15 +9,18 @@
 namespace {
 
 int liveBlocks = 0;
+long allocatedBlocks = 0;
 int printedTexts = 0;
 
 }  // namespace
 
 int LiveBlocks() { return liveBlocks; }
+long AllocatedBlocks() { return allocatedBlocks; }
 int PrintedTexts() { return printedTexts; }
 
 void* acad_malloc(size_t size) {
   ++liveBlocks;
+  ++allocatedBlocks;
   return std::malloc(size);
 }
 

@@ -4,4 +4,6 @@
 #include <lomlisp/platform/ads.h>
 
 int LiveBlocks();
+// Since the start.
+long AllocatedBlocks();
 int PrintedTexts();
