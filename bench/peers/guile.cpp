@@ -65,9 +65,15 @@ struct Guile {
 
   static Value TextToRead(const std::string& text) { return scm_from_utf8_stringn(text.data(), text.size()); }
   static Value Read(Value text) { return scm_read(scm_open_input_string(text)); }
-  static Value Print(Value value) {
+  // Member by member: within one list, Guile compares each cons with all members so far, which is quadratic.
+  static Value Print(Value list) {
     const Value port = scm_open_output_string();
-    scm_write(value, port);
+    scm_c_write(port, "(", 1);
+    for (; IsCons(list); list = Cdr(list)) {
+      scm_write(Car(list), port);
+      scm_c_write(port, " ", 1);
+    }
+    scm_c_write(port, ")", 1);
     return scm_get_output_string(port);
   }
 
