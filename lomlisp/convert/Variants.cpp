@@ -1,13 +1,14 @@
 // OLE variants to atoms, and back.
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/resbuf/Text.h>
 
 #include <utility>
 
 using namespace lomlisp;
 
-CLOMAdsLispVar::CLOMAdsLispVar(COleVariant variant) : m_element(std::make_shared<CLOMLispElement>()) {
+CLOMAdsLispVar::CLOMAdsLispVar(COleVariant variant) : m_element(NewNode()) {
   m_element->atom = ResBuf(std::move(variant));
 }
 

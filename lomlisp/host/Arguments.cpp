@@ -1,6 +1,7 @@
 // The arguments of the LISP function that is being called.
 
 #include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/lisp/NewNode.h>
 
 #include <initializer_list>
 
@@ -22,7 +23,7 @@ void Distribute(std::initializer_list<CLOMAdsLispVar*> parameters) {
 bool CLOMAdsLispVar::getArgs() {
   Clean();
   const resbuf* arguments = acedGetArgs();
-  m_element = std::make_shared<CLOMLispElement>();
+  m_element = lomlisp::NewNode();
   // The reader resets the reference that it is given when there is nothing to read.
   Element list = m_element;
   if (ADS_ElementListe(arguments, list, true)) return true;

@@ -1,6 +1,7 @@
 // The handle and its atoms: construction from native values, and back.
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/Node.h>
 #include <lomlisp/lisp/messages.h>
 #include <lomlisp/resbuf/Text.h>
@@ -14,7 +15,7 @@ namespace {
 
 template <class Value>
 CLOMAdsLispVar::Element NewAtom(Value value) {
-  auto element = std::make_shared<CLOMLispElement>();
+  auto element = NewNode();
   element->atom = value;
   return element;
 }

@@ -6,7 +6,7 @@
 #include <lomlisp/resbuf/ResBuf.h>
 
 // One node of the tree that a LISP value is: an atom, a list or a dotted list. Nodes are shared;
-// they are made only with std::make_shared, in one allocation with their count. An empty node
+// each is one allocation with its count, as std::make_shared makes it. An empty node
 // pointer is nil, also as a child. A fresh node is an empty list.
 class LOMLISP_API CLOMLispElement {
  public:

@@ -1,5 +1,7 @@
 #include <lomlisp/lisp/ChildSeq.h>
 
+#include <lomlisp/lisp/SlabHeap.h>
+
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
@@ -33,9 +35,17 @@ void MoveChildren(Child* from, size_t count, Child* to) {
 
 ChildSeq::Block* ChildSeq::Allocate(size_type capacity) {
   if (capacity > (std::numeric_limits<uint32_t>::max)()) throw std::length_error("ChildSeq");
-  auto* const block = static_cast<Block*>(::operator new(sizeof(Block) + capacity * sizeof(Child)));
-  *block = {nullptr, static_cast<uint32_t>(capacity), 0, 0};
-  return block;
+  const size_t bytes = BytesFor(capacity);
+  void* const memory = bytes <= slabheap::kLargest ? slabheap::Allocate(bytes) : ::operator new(bytes);
+  return new (memory) Block{nullptr, static_cast<uint32_t>(capacity), 0, 0};
+}
+
+void ChildSeq::Free(Block* block) noexcept {
+  const size_t bytes = BytesFor(block->capacity);
+  if (bytes <= slabheap::kLargest)
+    slabheap::Free(block, bytes);
+  else
+    ::operator delete(block);
 }
 
 // The last release of a child frees a node, whose own children come here again: they only queue
@@ -52,7 +62,7 @@ void ChildSeq::ReleaseAll(Block* block) noexcept {
     Block* const current = released;
     released = current->nextReleased;
     std::destroy_n(First(current), current->count);
-    ::operator delete(current);
+    Free(current);
   }
   atWork = false;
 }
@@ -154,7 +164,7 @@ void ChildSeq::Relocate(size_type capacity, size_type first) {
   grown->count = static_cast<uint32_t>(size());
   if (m_block != nullptr) {
     MoveChildren(begin(), size(), First(grown));
-    ::operator delete(m_block);
+    Free(m_block);
   }
   m_block = grown;
 }

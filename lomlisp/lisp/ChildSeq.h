@@ -98,7 +98,9 @@ class LOMLISP_API ChildSeq {
 
   static value_type* Slots(Block* block) { return reinterpret_cast<value_type*>(block + 1); }
   static value_type* First(Block* block) { return Slots(block) + block->first; }
+  static size_type BytesFor(size_type capacity) { return sizeof(Block) + capacity * sizeof(value_type); }
   static Block* Allocate(size_type capacity);
+  static void Free(Block* block) noexcept;
   static void ReleaseAll(Block* block) noexcept;
 
   size_type RoomInFront() const { return m_block != nullptr ? m_block->first : 0; }

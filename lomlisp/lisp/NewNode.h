@@ -2,12 +2,15 @@
 #pragma once
 
 #include <lomlisp/lisp/CLOMLispElement.h>
+#include <lomlisp/lisp/SlabHeap.h>
 
 #include <memory>
 
 namespace lomlisp {
 
-inline std::shared_ptr<CLOMLispElement> NewNode() { return std::make_shared<CLOMLispElement>(); }
+inline std::shared_ptr<CLOMLispElement> NewNode() {
+  return std::allocate_shared<CLOMLispElement>(SlabAllocator<CLOMLispElement>());
+}
 
 // Gives the pointer within the list, which is good until the list grows.
 inline std::shared_ptr<CLOMLispElement>& AppendNode(CLOMLispElement& list) {

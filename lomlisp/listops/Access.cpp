@@ -1,5 +1,6 @@
 // Car, Cdr, Nth, Last, Length: the parts of a list.
 
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Echo.h>
 #include <lomlisp/listops/Members.h>
@@ -52,7 +53,7 @@ CLOMAdsLispVar& CLOMAdsLispVar::Cdr(bool forceCopy) {
       children.pop_front();
       return *this;
     }
-    rest = std::make_shared<CLOMLispElement>();
+    rest = NewNode();
     rest->children.insert(rest->children.end(), children.begin() + 1, children.end());
   }
   m_element = std::move(rest);

@@ -1,5 +1,6 @@
 // Cons, List, Append, Reverse: lists from values.
 
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/TreeWalk.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/DeepCopy.h>
@@ -59,7 +60,7 @@ CLOMAdsLispVar ListOf(std::initializer_list<const CLOMAdsLispVar*> values) {
 // --- Cons ---
 
 CLOMAdsLispVar& CLOMAdsLispVar::Cons(const CLOMAdsLispVar& second) {
-  auto pair = std::make_shared<CLOMLispElement>();
+  auto pair = NewNode();
   if (second.AtomP()) {
     pair->dotted = 1;
     pair->children = {m_element, second.m_element};
@@ -97,7 +98,7 @@ CLOMAdsLispVar::CLOMAdsLispVar(const CLOMConsProxy& pair) : CLOMAdsLispVar(pair.
 // --- List ---
 
 CLOMAdsLispVar& CLOMAdsLispVar::List() {
-  auto list = std::make_shared<CLOMLispElement>();
+  auto list = NewNode();
   list->children.push_back(std::move(m_element));
   m_element = std::move(list);
   return *this;
@@ -196,7 +197,7 @@ CLOMAdsLispVar& CLOMAdsLispVar::Append(const CLOMAdsLispVar& b) {
   const bool inPlace = m_element.use_count() == 1;
   Element list = b.m_element;
   // An empty list that is appended to itself would contain itself.
-  if (this == &b && list->children.empty()) list = std::make_shared<CLOMLispElement>();
+  if (this == &b && list->children.empty()) list = NewNode();
   if (!inPlace) m_element = DeepCopy(m_element);
   ChildSeq& children = m_element->children;
   if (list->children.empty())

@@ -1,6 +1,7 @@
 // CopyHead and Head: deep copies.
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/TreeWalk.h>
 
 #include <algorithm>
@@ -14,7 +15,7 @@ using Element = CLOMAdsLispVar::Element;
 
 // A new node of the same kind with the same atom, without children.
 Element CopyNode(const CLOMLispElement& node) {
-  auto copy = std::make_shared<CLOMLispElement>();
+  auto copy = NewNode();
   copy->dotted = node.dotted;
   copy->atom = node.atom;
   return copy;

@@ -1,6 +1,7 @@
 // AddNth, DeleteNth, SubstNth, Insert, Subst, Delete: edited copies of lists.
 
 #include <lomlisp/lisp/Equality.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/DeepCopy.h>
 #include <lomlisp/listops/Members.h>
@@ -18,7 +19,7 @@ using Element = CLOMAdsLispVar::Element;
 // nil when there are no members.
 CLOMAdsLispVar ListOf(ChildSeq members) {
   if (members.empty()) return CLOMAdsLisp::Nil;
-  auto list = std::make_shared<CLOMLispElement>();
+  auto list = NewNode();
   list->children.swap(members);
   return ValueOf(std::move(list));
 }
@@ -120,7 +121,7 @@ CLOMAdsLispVar CLOMAdsLisp::Delete(const CLOMAdsLispVar& value, const CLOMAdsLis
   const Element node = list.New();
   const Members members(node.get());
   if (members.size() == 0) return Nil;
-  auto edited = std::make_shared<CLOMLispElement>();
+  auto edited = NewNode();
   for (size_t i = 0; i < members.size(); ++i)
     if (!node::AreEqual(members[i].get(), removed.get(), 0.0)) edited->children.push_back(members[i]);
   return ValueOf(std::move(edited));

@@ -1,5 +1,6 @@
 // Inherit and InheritanceStatus: association lists and the ones that they inherit from.
 
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Members.h>
 #include <lomlisp/listops/messages.h>
@@ -44,7 +45,7 @@ class Entries {
 // its status, is put in front of the result.
 template <class MemberOf>
 CLOMAdsLispVar Merge(Entries own, Entries inherited, MemberOf memberOf) {
-  auto merged = std::make_shared<CLOMLispElement>();
+  auto merged = NewNode();
   const auto take = [&](Entries& entries, Status status) {
     merged->children.push_front(memberOf(entries, status));
     entries.Next();

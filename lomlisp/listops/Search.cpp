@@ -1,6 +1,7 @@
 // Assoc, Member, Position, Index.
 
 #include <lomlisp/lisp/Equality.h>
+#include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Echo.h>
 #include <lomlisp/listops/Members.h>
@@ -41,7 +42,7 @@ Place Find(const Element& value, Element list) {
 // The list from a position on: itself, or a new list with the rest of the members.
 CLOMAdsLispVar Tail(const Element& list, size_t position) {
   if (position == 0) return ValueOf(list);
-  auto rest = std::make_shared<CLOMLispElement>();
+  auto rest = NewNode();
   const ChildSeq& members = list->children;
   rest->children.insert(rest->children.end(), members.begin() + position, members.end());
   return ValueOf(std::move(rest));
