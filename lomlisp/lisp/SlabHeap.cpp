@@ -21,6 +21,9 @@ constexpr size_t kGrain = alignof(std::max_align_t);
 constexpr size_t kSlabBytes = size_t{32} * 1024;
 constexpr size_t kSlabsPerRegion = 31;
 
+// How many grains that many bytes take.
+constexpr size_t GrainsFor(size_t bytes) { return (bytes + kGrain - 1) / kGrain; }
+
 struct Block {
   Block* next;
 };
@@ -51,17 +54,17 @@ class Chain {
 struct Region;
 
 // Stands at the beginning of its own memory, whose address is a multiple of kSlabBytes; the blocks follow.
-struct alignas(kGrain) Slab {
+struct Slab {
   Slab* previous;
   Slab* next;
   Region* region;
   Block* given;     // blocks that came back
   std::byte* rest;  // behind the blocks that have been taken once
-  uint32_t used;
   uint32_t blockBytes;
+  uint32_t used;
+  uint32_t capacity;
 
-  std::byte* End() { return reinterpret_cast<std::byte*>(this) + kSlabBytes; }
-  bool IsFull() { return given == nullptr && rest + blockBytes > End(); }
+  bool IsFull() const { return used == capacity; }
 
   void* Take() {
     ++used;
@@ -75,6 +78,8 @@ struct alignas(kGrain) Slab {
     return block;
   }
 };
+
+constexpr size_t kHeadBytes = GrainsFor(sizeof(Slab)) * kGrain;
 
 // What the general heap gives at once. Its slabs lie between its beginning and its end, where their addresses
 // are multiples of their size.
@@ -90,10 +95,8 @@ struct Region {
   bool IsFull() { return free == nullptr && rest + kSlabBytes > End(); }
 };
 
-constexpr size_t ClassOf(size_t bytes) { return (bytes + kGrain - 1) / kGrain; }
-
-// By the number of grains of their blocks: slabs with room, and regions with free slabs.
-std::array<Chain<Slab>, ClassOf(kLargest) + 1> slabs;
+// Slabs with room, by the grains of their blocks, and regions with room for slabs.
+std::array<Chain<Slab>, GrainsFor(kLargest) + 1> slabs;
 Chain<Region> regions;
 
 Region& NewRegion() {
@@ -119,8 +122,9 @@ Slab& NewSlab(size_t grains) {
   Region& region = regions.First() != nullptr ? *regions.First() : NewRegion();
   auto* const slab = new (SlabMemory(region)) Slab{};
   slab->region = &region;
-  slab->rest = reinterpret_cast<std::byte*>(slab + 1);
+  slab->rest = reinterpret_cast<std::byte*>(slab) + kHeadBytes;
   slab->blockBytes = static_cast<uint32_t>(grains * kGrain);
+  slab->capacity = static_cast<uint32_t>((kSlabBytes - kHeadBytes) / slab->blockBytes);
   ++region.used;
   if (region.IsFull()) regions.Remove(region);
   slabs[grains].Push(*slab);
@@ -146,7 +150,7 @@ Slab& SlabOf(void* block) {
 }  // namespace
 
 void* Allocate(size_t bytes) {
-  const size_t grains = ClassOf(bytes);
+  const size_t grains = GrainsFor(bytes);
   Slab* const open = slabs[grains].First();
   Slab& slab = open != nullptr ? *open : NewSlab(grains);
   void* const block = slab.Take();
@@ -156,7 +160,7 @@ void* Allocate(size_t bytes) {
 
 void Free(void* block, size_t bytes) noexcept {
   Slab& slab = SlabOf(block);
-  Chain<Slab>& open = slabs[ClassOf(bytes)];
+  Chain<Slab>& open = slabs[GrainsFor(bytes)];
   if (slab.IsFull()) open.Push(slab);
   slab.given = new (block) Block{slab.given};
   // The last slab of a size stays, or else one value would make and free it again and again.

@@ -12,7 +12,7 @@ namespace lomlisp::slabheap {
 
 inline constexpr size_t kLargest = 128;
 
-// A block of at most kLargest bytes, aligned as operator new aligns. Throws std::bad_alloc.
+// A block of at most kLargest bytes, aligned as std::max_align_t is. Throws std::bad_alloc.
 void* Allocate(size_t bytes);
 // The block must have been allocated with the same number of bytes.
 void Free(void* block, size_t bytes) noexcept;

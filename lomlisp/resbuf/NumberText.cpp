@@ -68,14 +68,19 @@ std::optional<double> ShortReal(const wchar_t* text, const wchar_t* end) {
   return static_cast<double>(digits) / divisor;
 }
 
-// Writes the decimal digits, at least `width`, zeros in front.
-wchar_t* WriteDigits(wchar_t* target, uint64_t number, int width = 1) {
+wchar_t* WriteDigits(wchar_t* target, uint64_t number) {
   wchar_t digits[20];
   wchar_t* const end = std::end(digits);
   wchar_t* first = end;
-  for (; number != 0 || end - first < width; number /= 10)
-    *--first = static_cast<wchar_t>(L'0' + number % 10);
+  do *--first = static_cast<wchar_t>(L'0' + number % 10);
+  while ((number /= 10) != 0);
   return std::copy(first, end, target);
+}
+
+// Zeros stand in front.
+wchar_t* WriteSixDigits(wchar_t* target, uint32_t number) {
+  for (int i = 5; i >= 0; --i, number /= 10) target[i] = static_cast<wchar_t>(L'0' + number % 10);
+  return target + 6;
 }
 
 // A magnitude times a million as a whole number, rounded as "%f" rounds: exactly, and to the even one between
@@ -136,7 +141,7 @@ wchar_t* WriteReal(wchar_t* target, double value) {
     if (std::signbit(value)) *target++ = L'-';
     target = WriteDigits(target, *millionths / 1'000'000);
     *target++ = L'.';
-    return WriteDigits(target, *millionths % 1'000'000, 6);
+    return WriteSixDigits(target, static_cast<uint32_t>(*millionths % 1'000'000));
   }
   char digits[320];
   const char* const end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed, 6).ptr;

@@ -85,7 +85,13 @@ void ResBuf::Destroy() {
   }
 }
 
-ResBuf& ResBuf::operator=(const resbuf& record) { return *this = ResBuf(record); }
+ResBuf& ResBuf::operator=(const resbuf& record) {
+  if (MayOwn(restype) || MayOwn(record.restype)) return *this = ResBuf(record);
+  rbnext = nullptr;
+  restype = record.restype;
+  resval = record.resval;
+  return *this;
+}
 
 ResBuf& ResBuf::operator=(ResBuf&& record) noexcept {
   if (this == &record) return *this;
@@ -93,19 +99,8 @@ ResBuf& ResBuf::operator=(ResBuf&& record) noexcept {
   return Assign(std::move(record));
 }
 
-// Keeps the next pointer.
-ResBuf& ResBuf::Assign(ResBuf&& value) noexcept {
-  Destroy();
-  Take(value);
-  return *this;
-}
-
-// Takes the value of another record, which becomes RTNONE. This record is RTNONE so far.
-void ResBuf::Take(ResBuf& other) noexcept {
-  restype = other.restype;
-  resval = other.resval;
+void ResBuf::TakeHolder(const ResBuf& other) noexcept {
   if (dxftexts::MayHold(restype)) dxftexts::Move(other, *this);
-  other.restype = RTNONE;
 }
 
 void ResBuf::Reverse() {

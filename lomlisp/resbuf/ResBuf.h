@@ -37,7 +37,7 @@ class LOMLISP_API ResBuf : public resbuf {
   // keeps the next pointer, but assigning a record clears it. The source may be this record's own
   // text or coordinates. When memory for a text runs out, the text is null.
 
-  ResBuf() : resbuf() { Init(); }  // RTNONE
+  ResBuf() : resbuf() { restype = RTNONE; }  // RTNONE
   ResBuf(short value) : ResBuf() { Init(value); }
   ResBuf(long value) : ResBuf() { Init(value); }  // RTLONG; its 32 low bits
   ResBuf(__int64 value) : ResBuf() { Init(value); }
@@ -59,7 +59,9 @@ class LOMLISP_API ResBuf : public resbuf {
   ResBuf(const ResBuf& record) : ResBuf() { Init(record); }
   // Takes the source's text; the source becomes RTNONE.
   ResBuf(ResBuf&& record) noexcept : ResBuf() { Take(record); }
-  ~ResBuf() { Destroy(); }
+  ~ResBuf() {
+    if (MayOwn(restype)) Destroy();
+  }
 
   ResBuf& operator=(short value) { return Assign(ResBuf(value)); }
   ResBuf& operator=(long value) { return Assign(ResBuf(value)); }
@@ -210,8 +212,23 @@ class LOMLISP_API ResBuf : public resbuf {
   wchar_t* TypeName(short type) const;
 
  private:
-  ResBuf& Assign(ResBuf&& value) noexcept;
-  void Take(ResBuf& other) noexcept;
+  // Whether a record of that type may have to let something go: a text, or one under a DXF code.
+  static constexpr bool MayOwn(short type) { return type < RTNONE || type == RTSTR || type == RTDXF0; }
+
+  // Keeps the next pointer.
+  ResBuf& Assign(ResBuf&& value) noexcept {
+    if (MayOwn(restype)) Destroy();
+    Take(value);
+    return *this;
+  }
+  // Takes the value of another record, which becomes RTNONE. This record is RTNONE so far.
+  void Take(ResBuf& other) noexcept {
+    restype = other.restype;
+    resval = other.resval;
+    if (MayOwn(restype)) TakeHolder(other);
+    other.restype = RTNONE;
+  }
+  void TakeHolder(const ResBuf& other) noexcept;
 };
 
 static_assert(sizeof(ResBuf) == sizeof(resbuf));
