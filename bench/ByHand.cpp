@@ -1,4 +1,5 @@
 #include <bench/ByHand.h>
+#include <lomlisp/lisp/NewNode.h>
 
 #include <utility>
 
@@ -7,7 +8,7 @@ using Element = std::shared_ptr<CLOMLispElement>;
 namespace {
 
 Element Atom(const resbuf& record) {
-  auto atom = std::make_shared<CLOMLispElement>();
+  auto atom = lomlisp::NewNode();
   atom->atom = record;
   return atom;
 }
@@ -18,10 +19,10 @@ Element Value(const resbuf& group) {
     retyped.restype = DxfType(group.restype);
     return Atom(retyped);
   }
-  auto point = std::make_shared<CLOMLispElement>();
+  auto point = lomlisp::NewNode();
   point->children.reserve(3);
   for (const double coordinate : group.resval.rpoint) {
-    auto atom = std::make_shared<CLOMLispElement>();
+    auto atom = lomlisp::NewNode();
     atom->atom = coordinate;
     point->children.push_back(std::move(atom));
   }
@@ -31,15 +32,15 @@ Element Value(const resbuf& group) {
 }  // namespace
 
 Element NodesByHand(const resbuf* chain) {
-  auto list = std::make_shared<CLOMLispElement>();
+  auto list = lomlisp::NewNode();
   for (; chain != nullptr; chain = chain->rbnext) {
-    auto group = std::make_shared<CLOMLispElement>();
+    auto group = lomlisp::NewNode();
     if (chain->restype == -3) {
       group->atom = chain->restype;
     } else if (chain->restype == 1001) {
       group->children.push_back(Value(*chain));
     } else {
-      auto code = std::make_shared<CLOMLispElement>();
+      auto code = lomlisp::NewNode();
       code->atom = chain->restype;
       group->dotted = 1;
       group->children.reserve(2);

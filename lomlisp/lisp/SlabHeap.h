@@ -6,6 +6,8 @@
 // few instructions. Like the values themselves, all of it belongs to one thread at a time.
 #pragma once
 
+#include <lomlisp/platform/api.h>
+
 #include <cstddef>
 
 namespace lomlisp::slabheap {
@@ -13,9 +15,9 @@ namespace lomlisp::slabheap {
 inline constexpr size_t kLargest = 128;
 
 // A block of at most kLargest bytes, aligned as std::max_align_t is. Throws std::bad_alloc.
-void* Allocate(size_t bytes);
+LOMLISP_API void* Allocate(size_t bytes);
 // The block must have been allocated with the same number of bytes.
-void Free(void* block, size_t bytes) noexcept;
+LOMLISP_API void Free(void* block, size_t bytes) noexcept;
 
 }  // namespace lomlisp::slabheap
 

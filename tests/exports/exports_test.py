@@ -11,7 +11,7 @@ import re
 import subprocess
 import sys
 
-HEADERS = ["lomlisp.h", "text/DebugLayout.h", "text/UpperCase.h"]
+HEADERS = ["lomlisp.h", "lisp/SlabHeap.h", "text/DebugLayout.h", "text/UpperCase.h"]
 # Clang prints the declarations whose names hold one of these.
 NAMES = ["CLOM", "ADS", "ResBuf", "lomlisp::"]
 FUNCTIONS = {"CXXMethodDecl", "CXXConstructorDecl", "CXXDestructorDecl", "CXXConversionDecl", "FunctionDecl"}
