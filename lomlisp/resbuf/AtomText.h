@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace lomlisp {
@@ -34,6 +35,8 @@ class AtomText {
       written += piece.copy(target + written, count - written);
     return written;
   }
+
+  void AppendTo(std::wstring& text) const { text.append(m_quote).append(m_body).append(m_quote); }
 
  private:
   void Put(std::wstring_view text);

@@ -1,14 +1,17 @@
-// The debugging form of values: counted first, then written into a buffer of just that size.
+// The debugging form of values. What each piece is counted as is the room for all, so that the text is cut
+// where numbers have more digits than are counted.
 
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
 #include <lomlisp/lisp/TreeWalk.h>
+#include <lomlisp/resbuf/AtomText.h>
 #include <lomlisp/text/DebugLayout.h>
 #include <lomlisp/text/Separator.h>
 
-#include <algorithm>
 #include <cwchar>
-#include <memory>
+#include <iterator>
+#include <string>
 #include <string_view>
+#include <utility>
 
 using namespace lomlisp;
 
@@ -21,19 +24,20 @@ constexpr size_t kIndexWidth = 14;
 
 class DebugPrinter {
  public:
-  // Counts only.
-  DebugPrinter() = default;
-  DebugPrinter(wchar_t* buffer, unsigned long room) : m_cursor(buffer), m_room(room) {}
-
-  unsigned long Count() const { return m_count; }
-  wchar_t* End() const { return m_cursor; }
+  // The text, cut to the count.
+  std::wstring Text() && {
+    if (m_text.size() > m_count) m_text.resize(m_count);
+    return std::move(m_text);
+  }
 
   void Leaf(node::Node node) {
     Indent();
-    if (node::IsNull(node))
+    if (node::IsNull(node)) {
       Put(L"nil");
-    else
-      m_count += node->atom.DebugPrint(Counting(), m_cursor, m_room);
+    } else {
+      m_count += EstimateLength(node->atom);
+      AtomText(node->atom, NameForm::Short).AppendTo(m_text);
+    }
   }
   bool Enter(const CLOMLispElement&) {
     Put(L"(");
@@ -52,18 +56,9 @@ class DebugPrinter {
   }
 
  private:
-  int Counting() const { return m_cursor == nullptr; }
-
   void Put(std::wstring_view piece) {
-    m_count += static_cast<unsigned long>(piece.size());
-    Write(piece);
-  }
-
-  void Write(std::wstring_view piece) {
-    if (m_cursor == nullptr) return;
-    const size_t written = piece.copy(m_cursor, m_room);
-    m_cursor += written;
-    m_room -= static_cast<unsigned long>(written);
+    m_count += piece.size();
+    m_text += piece;
   }
 
   void Indent() {
@@ -80,25 +75,18 @@ class DebugPrinter {
     m_count += kIndexWidth;
     wchar_t text[kIndexWidth + 10];
     std::swprintf(text, std::size(text), L"%lu: ", static_cast<unsigned long>(index));
-    Write(std::wstring_view(text).substr(0, kIndexWidth));
+    m_text += std::wstring_view(text).substr(0, kIndexWidth);
   }
 
-  wchar_t* m_cursor = nullptr;
-  unsigned long m_room = 0;
-  unsigned long m_count = 0;
+  std::wstring m_text;
+  size_t m_count = 0;
   unsigned long m_depth = 0;
 };
 
 }  // namespace
 
 CString CLOMAdsLispVar::GetAsDebugString() const {
-  DebugPrinter counter;
-  WalkTree(m_element.get(), counter);
-  const unsigned long count = counter.Count();
-  if (count == 0) return CString();
-  const std::unique_ptr<wchar_t[]> buffer(new wchar_t[count + 1]);
-  DebugPrinter writer(buffer.get(), count);
-  WalkTree(m_element.get(), writer);
-  *writer.End() = 0;
-  return buffer.get();
+  DebugPrinter printer;
+  WalkTree(m_element.get(), printer);
+  return std::move(printer).Text().c_str();
 }
