@@ -56,7 +56,7 @@ def is_defined(declaration):
 
 
 def walk(declaration, declared, needed):
-    if declaration["kind"] == "CXXRecordDecl":
+    if declaration["kind"] in ("CXXRecordDecl", "NamespaceDecl"):
         for member in declaration.get("inner", []):
             walk(member, declared, needed)
     elif declaration["kind"] in FUNCTIONS or declaration["kind"] == "VarDecl":
