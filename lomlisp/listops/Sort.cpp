@@ -6,6 +6,10 @@
 #include <lomlisp/resbuf/Text.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -31,18 +35,18 @@ Key PairKey(const Element& pair) {
 // An entry without a key comes before every other one, and every other one before it.
 bool ComesBefore(Key a, Key b) { return a == nullptr || b == nullptr || a->Less(*b) != 0; }
 
+// The key of a member, and where the member stands.
 template <class Value>
 struct Entry {
   Value key;
-  Element member;
+  size_t position;
 };
 
-// Merges runs of members, from single ones up. The standard's sorts must be given an order that is
+// Merges runs of entries, from single ones up. The standard's sorts must be given an order that is
 // consistent; here one that is not costs nothing but the order of the result.
-template <class Value, class Before>
-void MergeRuns(std::vector<Entry<Value>>& entries, Before before) {
+void SortInAnyOrder(std::vector<Entry<Key>>& entries) {
   const size_t size = entries.size();
-  std::vector<Entry<Value>> merged(size);
+  std::vector<Entry<Key>> merged(size);
   for (size_t width = 1; width < size; width *= 2) {
     for (size_t begin = 0; begin < size; begin += 2 * width) {
       const size_t middle = (std::min)(begin + width, size);
@@ -51,25 +55,77 @@ void MergeRuns(std::vector<Entry<Value>>& entries, Before before) {
       size_t right = middle;
       for (size_t target = begin; target < end; ++target) {
         const bool takeRight =
-            right < end && (left == middle || before(entries[right].key, entries[left].key));
-        merged[target] = std::move(entries[takeRight ? right++ : left++]);
+            right < end && (left == middle || ComesBefore(entries[right].key, entries[left].key));
+        merged[target] = entries[takeRight ? right++ : left++];
       }
     }
     entries.swap(merged);
   }
 }
 
-// `valueOf` gives the value of a key, which is taken out of each member once.
-template <class Value, class KeyOf, class ValueOf, class Before>
-void SortBy(ChildSeq& members, KeyOf keyOf, ValueOf valueOf, Before before) {
-  std::vector<Entry<Value>> entries;
-  entries.reserve(members.size());
-  for (const Element& member : members) entries.push_back({valueOf(keyOf(member)), member});
-  MergeRuns(entries, before);
-  for (size_t i = 0; i < entries.size(); ++i) members[i] = std::move(entries[i].member);
+template <class Value>
+void SortAscending(std::vector<Entry<Value>>& entries) {
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const Entry<Value>& a, const Entry<Value>& b) { return a.key < b.key; });
 }
 
-// The type that all keys have; RTNONE when they differ, when one is missing, or a text is null.
+// `valueOf` gives the value of a key, which is taken out of each member once.
+template <class KeyOf, class ValueOf, class SortEntries>
+void SortBy(ChildSeq& members, KeyOf keyOf, ValueOf valueOf, SortEntries sortEntries) {
+  std::vector<Entry<std::invoke_result_t<ValueOf, Key>>> entries;
+  entries.reserve(members.size());
+  for (const Element& member : members) entries.push_back({valueOf(keyOf(member)), entries.size()});
+  sortEntries(entries);
+  std::vector<Element> sorted;
+  sorted.reserve(members.size());
+  for (const auto& entry : entries) sorted.push_back(std::move(members[entry.position]));
+  std::move(sorted.begin(), sorted.end(), members.begin());
+}
+
+// --- Texts: names often begin alike, and what comes then is told apart by a few characters ---
+
+struct TextKey {
+  uint64_t beginning;
+  const wchar_t* text;
+
+  bool operator<(const TextKey& other) const {
+    if (beginning != other.beginning) return beginning < other.beginning;
+    return CompareText(text, other.text) < 0;
+  }
+};
+
+size_t CommonLength(const wchar_t* a, const wchar_t* b, size_t most) {
+  size_t length = 0;
+  while (length < most && a[length] != 0 && a[length] == b[length]) ++length;
+  return length;
+}
+
+// How many characters all texts begin with.
+template <class KeyOf>
+size_t CommonBeginning(const ChildSeq& members, KeyOf keyOf) {
+  const wchar_t* const first = keyOf(members.front())->resval.rstring;
+  size_t length = TextLength(first);
+  for (const Element& member : members) length = CommonLength(first, keyOf(member)->resval.rstring, length);
+  return length;
+}
+
+template <class KeyOf>
+void SortByTexts(ChildSeq& members, KeyOf keyOf) {
+  const auto textKey = [skipped = CommonBeginning(members, keyOf)](Key key) {
+    const wchar_t* const text = key->resval.rstring + skipped;
+    return TextKey{FirstUnits(text), text};
+  };
+  SortBy(members, keyOf, textKey, SortAscending<TextKey>);
+}
+
+// Whether the value has no place in an order.
+bool IsUnordered(const ResBuf& key) {
+  if (key.Type() == RTSTR) return key.resval.rstring == nullptr;
+  return (key.Type() == RTREAL || key.Type() == RTANG) && std::isnan(key.resval.rreal);
+}
+
+// The type that all keys have; RTNONE when they differ, when one is missing, a text is null, or a real is
+// none.
 template <class KeyOf>
 short CommonType(const ChildSeq& members, KeyOf keyOf) {
   short common = RTNONE;
@@ -77,7 +133,7 @@ short CommonType(const ChildSeq& members, KeyOf keyOf) {
     const Key key = keyOf(member);
     const short type = key != nullptr ? key->Type() : RTNONE;
     if (type == RTNONE || (common != RTNONE && type != common)) return RTNONE;
-    if (type == RTSTR && key->resval.rstring == nullptr) return RTNONE;
+    if (IsUnordered(*key)) return RTNONE;
     common = type;
   }
   return common;
@@ -88,23 +144,21 @@ void SortMembers(ChildSeq& members, KeyOf keyOf) {
   switch (CommonType(members, keyOf)) {
     case RTREAL:
     case RTANG:
-      SortBy<double>(
-          members, keyOf, [](Key key) { return key->resval.rreal; }, std::less());
+      SortBy(
+          members, keyOf, [](Key key) { return key->resval.rreal; }, SortAscending<double>);
       break;
     case RTSHORT:
     case RTLONG:
     case RTINT64:
-      SortBy<__int64>(
-          members, keyOf, [](Key key) { return static_cast<__int64>(*key); }, std::less());
+      SortBy(
+          members, keyOf, [](Key key) { return static_cast<__int64>(*key); }, SortAscending<__int64>);
       break;
     case RTSTR:
-      SortBy<const wchar_t*>(
-          members, keyOf, [](Key key) { return key->resval.rstring; },
-          [](const wchar_t* a, const wchar_t* b) { return CompareText(a, b) < 0; });
+      SortByTexts(members, keyOf);
       break;
     default:
-      SortBy<Key>(
-          members, keyOf, [](Key key) { return key; }, ComesBefore);
+      SortBy(
+          members, keyOf, [](Key key) { return key; }, SortInAnyOrder);
       break;
   }
 }

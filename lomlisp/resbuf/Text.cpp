@@ -2,6 +2,7 @@
 
 #include <lomlisp/platform/ads.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <cwchar>
@@ -60,6 +61,19 @@ int CompareText(const wchar_t* a, const wchar_t* b) {
     if (unitOfA != unitOfB) return unitOfA < unitOfB ? -1 : 1;
     if (unitOfA == 0) return 0;
   }
+}
+
+uint64_t FirstUnits(const wchar_t* text) {
+  constexpr uint32_t kGreatest = 0xFFFF;
+  UnitReader units(text);
+  uint64_t first = 0;
+  for (int shift = 48; shift >= 0; shift -= 16) {
+    const uint32_t unit = units.Next();
+    first |= uint64_t{(std::min)(unit, kGreatest)} << shift;
+    // What is no character counts as greater than all that are: the whole texts decide.
+    if (unit >= kGreatest) break;
+  }
+  return first;
 }
 
 }  // namespace lomlisp

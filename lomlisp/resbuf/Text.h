@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace lomlisp {
 
@@ -17,5 +18,9 @@ wchar_t* CopyText(const wchar_t* text);
 // Negative, zero or positive as `a` is less than, equal to or greater than `b` in the order of
 // UTF-16 code units, whatever the width of wchar_t. Neither may be null.
 int CompareText(const wchar_t* a, const wchar_t* b);
+
+// The first four UTF-16 code units of a text, zeros behind its end, as a number: where those of two texts
+// differ, they are in the order of the texts.
+uint64_t FirstUnits(const wchar_t* text);
 
 }  // namespace lomlisp

@@ -2,6 +2,7 @@
 #include <tests/listops/Values.h>
 #include <tests/support/SmallStack.h>
 
+#include <initializer_list>
 #include <limits>
 #include <numeric>
 #include <random>
@@ -444,6 +445,49 @@ TEST_F(SortTest, SortsLongListsOfPairsAndTexts) {
       EXPECT_TRUE(NodesIn(list) == expected);
     }
   });
+}
+
+// Texts that begin alike for a while, with the characters at the ends of the ranges of UTF-16.
+TEST_F(SortTest, OrdersTextsByTheirUnitsAndKeepsEqualOnes) {
+  const std::wstring characters = L"ab\x1\xD7FF\xE000\xFFFE\xFFFF\U00010000\U0010FFFF";
+  std::mt19937 random(9);
+  for (unsigned int round = 0; round < Rounds(2'000); ++round) {
+    const std::wstring beginning = std::wstring(round % 6, L'a') + (round % 4 == 0 ? L"\U00010000" : L"");
+    Values texts;
+    for (size_t count = random() % 30; count > 0; --count) {
+      std::wstring text = beginning;
+      for (size_t length = random() % 7; length > 0; --length)
+        text += characters[random() % characters.size()];
+      texts.emplace_back(text);
+    }
+    CLOMAdsLispVar list = ListFrom(texts);
+    std::stable_sort(texts.begin(), texts.end(), [](const CLOMAdsLispVar& a, const CLOMAdsLispVar& b) {
+      return a.GetAtom().Less(b.GetAtom()) != 0;
+    });
+    list.Sort();
+    ASSERT_TRUE(NodesIn(list) == NodesIn(ListFrom(texts))) << "round " << round;
+  }
+}
+
+// Numbers that are no characters come behind all that are.
+TEST_F(SortTest, OrdersTextsThatHoldNoCharacters) {
+  if constexpr (sizeof(wchar_t) > 2) {
+    const auto text = [](std::initializer_list<uint32_t> codes) {
+      std::wstring characters;
+      for (const uint32_t code : codes) characters += static_cast<wchar_t>(code);
+      return CLOMAdsLispVar(characters);
+    };
+    const Values expected = {text({'a', 0x10FFFF}), text({'a', 0xFFFF}),        text({'a', 0xFFFF, 'b'}),
+                             text({'a', 0x110000}), text({'a', 0x110000, 'a'}), text({'a', 0x7FFFFFFF})};
+    Values shuffled = expected;
+    std::mt19937 random(10);
+    for (int round = 0; round < 100; ++round) {
+      std::shuffle(shuffled.begin(), shuffled.end(), random);
+      CLOMAdsLispVar list = ListFrom(shuffled);
+      list.Sort();
+      ASSERT_TRUE(NodesIn(list) == NodesIn(ListFrom(expected))) << "round " << round;
+    }
+  }
 }
 
 TEST_F(SortTest, EndsWithLongListsWithoutAnOrder) {
