@@ -32,12 +32,12 @@ STAND_IN_LOMSH = """#!/bin/sh
 echo "$1" >> "$STARTED"
 exec "$LOMSH" "$@"
 """
-# Each machine is a folder.
+# Each machine is a folder. Like ssh's server it sets SHELL, by which parallel starts a job there.
 STAND_IN_SSH = """#!/bin/bash
 while [[ $1 == -* ]]; do
   case $1 in -[lopiF]) shift 2 ;; *) shift ;; esac
 done
-export HOME=$MACHINES/$1
+export HOME=$MACHINES/$1 SHELL=/bin/bash
 shift
 [[ $1 == -- ]] && shift
 mkdir -p "$HOME" && cd "$HOME" && exec bash -c "$*"
