@@ -10,7 +10,12 @@ namespace lomlisp {
 // A new record with a copy of the value under a DXF code; null when memory runs out.
 inline ResBuf* NewDxfGroup(const ResBuf& value, short code) {
   auto* const record = new ResBuf(value);
-  if (record != nullptr) record->MakeDXF(code);
+  if (record == nullptr) return nullptr;
+  const bool isPlain = value.Type() != RTSTR && !ResBuf::MayHoldText(value.Type()) && !IsBinary(code);
+  if (isPlain)
+    record->restype = code;
+  else
+    record->MakeDXF(code);
   return record;
 }
 

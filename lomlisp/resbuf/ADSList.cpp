@@ -124,7 +124,7 @@ void ADSList::Add(ResBuf* chain, ADSCopyFlag flag) {
     return;
   if (chain == nullptr) return;
   if (deleteMode == ADSDeleteFlag::Keep) HandOverTexts(chain);
-  Link(chain);
+  Link(chain, LastOf(chain));
 }
 
 void ADSList::Add(resbuf* chain, ADSCopyFlag flag) {
@@ -133,7 +133,7 @@ void ADSList::Add(resbuf* chain, ADSCopyFlag flag) {
     Add(records, flag);
   } else if (chain != nullptr && !IsOwn(records)) {
     if (deleteMode != ADSDeleteFlag::Keep) OwnTexts(chain);
-    Link(records);
+    Link(records, LastOf(records));
   }
 }
 
@@ -162,19 +162,19 @@ void ADSList::Splice(ADSList& other) {
   ResBuf* const chain = other.First();
   if (&other == this || chain == nullptr) return;
   other.DeleteMode(deleteMode);
+  ResBuf* const last = LastOf(other.current);
   other.start->Connect(nullptr);
   other.current = other.start;
-  Link(chain);
+  Link(chain, last);
 }
 
 // Links the chain in behind the cursor and moves the cursor to its end. Without a sentinel there
 // is nothing to link it to, but it is the list's all the same.
-void ADSList::Link(ResBuf* chain) {
+void ADSList::Link(ResBuf* chain, ResBuf* last) {
   if (current == nullptr) {
     if (deleteMode != ADSDeleteFlag::Keep) ReleaseRecords(chain);
     return;
   }
-  ResBuf* const last = LastOf(chain);
   last->Connect(current->Next());
   current->Connect(chain);
   current = last;

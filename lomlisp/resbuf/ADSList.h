@@ -99,7 +99,8 @@ class LOMLISP_API ADSList : public ADSBaseList {
   void AddAsList(resbuf* chain, ADSCopyFlag flag);
   void AddAsList(const ADSBaseList& source);
 
-  // Moves the other list's chain in behind the cursor; the other list is empty afterwards.
+  // Moves the other list's chain in behind the cursor; the other list is empty afterwards. Linear in what
+  // stands behind the other list's cursor.
   void Splice(ADSList& other);
 
   // Releases the record under the cursor, whatever the delete mode, and puts the cursor on the
@@ -123,7 +124,7 @@ class LOMLISP_API ADSList : public ADSBaseList {
 
  private:
   bool IsOwn(const ResBuf* chain) const;
-  void Link(ResBuf* chain);
+  void Link(ResBuf* chain, ResBuf* last);
   void AddBracket(short type);
 
   ADSDeleteFlag deleteMode = ADSDeleteFlag::Release;

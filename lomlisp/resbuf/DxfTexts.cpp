@@ -2,26 +2,43 @@
 
 #include <lomlisp/platform/suite.h>
 #include <lomlisp/resbuf/BinaryData.h>
+#include <lomlisp/resbuf/ResBuf.h>
+#include <lomlisp/resbuf/TextTable.h>
 
 #include <new>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace lomlisp::dxftexts {
 
 namespace {
 
-struct Text {
-  size_t holders = 0;
-  // It stands under a code that is not for texts. Only then are copies of records of such a code
-  // looked up.
-  bool underForeignCode = false;
-};
-
 struct Books {
-  std::unordered_map<const void*, Text> texts;
+  TextTable texts;
+  // Of the texts that have had more than one.
   std::unordered_set<const resbuf*> holders;
+  // How many texts stand under a code that is not for texts. Only while there are some, copies of records of
+  // such a code are looked up.
   size_t underForeignCode = 0;
+
+  bool IsHeldBy(const HeldText& text, const resbuf& record) const {
+    return text.onlyHolder != nullptr ? text.onlyHolder == &record : holders.count(&record) != 0;
+  }
+  // When memory runs out, std::bad_alloc, and the record is no holder.
+  void AddHolder(HeldText& text, const resbuf& record) {
+    if (text.holders == 0) {
+      text.onlyHolder = &record;
+    } else {
+      if (IsHeldBy(text, record)) return;
+      if (text.onlyHolder != nullptr) holders.insert(text.onlyHolder);
+      text.onlyHolder = nullptr;
+      holders.insert(&record);
+    }
+    ++text.holders;
+  }
+  void Remove(HeldText& text) {
+    if (text.underForeignCode) --underForeignCode;
+    texts.Remove(text);
+  }
 };
 
 // Never destroyed: records may outlive every other static object.
@@ -30,82 +47,87 @@ Books& TheBooks() {
   return *books;
 }
 
-using Entry = std::unordered_map<const void*, Text>::iterator;
-
-void AddHolder(Entry entry, const resbuf& record) {
-  if (TheBooks().holders.insert(&record).second) ++entry->second.holders;
-}
-
-void Remove(Entry entry) {
-  if (entry->second.underForeignCode) --TheBooks().underForeignCode;
-  TheBooks().texts.erase(entry);
-}
-
-// Strikes the record off the holders. The entry of its text; none when it was no holder.
-Entry Strike(const resbuf& record) {
+// The text that a record holds; null when it is no holder.
+HeldText* HeldBy(const resbuf& record) {
+  if (!ResBuf::MayHoldText(record.restype)) return nullptr;
   Books& books = TheBooks();
-  if (!MayHold(record.restype) || books.holders.erase(&record) == 0) return books.texts.end();
-  const Entry entry = books.texts.find(ContentOf(record));
-  if (entry != books.texts.end()) --entry->second.holders;
-  return entry;
+  HeldText* const text = books.texts.Find(ContentOf(record));
+  return text != nullptr && books.IsHeldBy(*text, record) ? text : nullptr;
+}
+
+// Strikes the record off the holders of its text. The text, which may have no holder left; null when the
+// record was no holder.
+HeldText* Strike(const resbuf& record) {
+  HeldText* const text = HeldBy(record);
+  if (text == nullptr) return nullptr;
+  if (text->onlyHolder != nullptr)
+    text->onlyHolder = nullptr;
+  else
+    TheBooks().holders.erase(&record);
+  --text->holders;
+  return text;
 }
 
 }  // namespace
 
 bool IsTextCode(short type) { return type == RTDXF0 || (type != RTSTR && DxfType(type) == RTSTR); }
 
-bool Holds(const resbuf& record) { return MayHold(record.restype) && TheBooks().holders.count(&record) != 0; }
+bool Holds(const resbuf& record) { return HeldBy(record) != nullptr; }
 
 void Own(resbuf& record, short code) {
   if (ContentOf(record) == nullptr) return;
   Books& books = TheBooks();
   try {
-    const Entry entry = books.texts.try_emplace(ContentOf(record)).first;
-    AddHolder(entry, record);
-    if (IsTextCode(code) || entry->second.underForeignCode) return;
-    entry->second.underForeignCode = true;
+    HeldText& text = books.texts.FindOrAdd(ContentOf(record));
+    books.AddHolder(text, record);
+    if (IsTextCode(code) || text.underForeignCode) return;
+    text.underForeignCode = true;
     ++books.underForeignCode;
   } catch (const std::bad_alloc&) {
-    const Entry entry = books.texts.find(ContentOf(record));
-    if (entry != books.texts.end() && entry->second.holders == 0) books.texts.erase(entry);
-    acad_free(ContentOf(record));
+    // Nobody else's, unless it is in the books.
+    if (books.texts.Find(ContentOf(record)) == nullptr) acad_free(ContentOf(record));
     ClearContent(record);
   }
 }
 
 void Hold(resbuf& copy) {
   Books& books = TheBooks();
-  if (!MayHold(copy.restype) || books.texts.empty()) return;
+  if (!ResBuf::MayHoldText(copy.restype) || books.texts.IsEmpty()) return;
   const bool textCode = IsTextCode(copy.restype);
   if (!textCode && books.underForeignCode == 0) return;
-  const Entry entry = books.texts.find(ContentOf(copy));
-  if (entry == books.texts.end() || (!textCode && !entry->second.underForeignCode)) return;
+  HeldText* const text = books.texts.Find(ContentOf(copy));
+  if (text == nullptr || (!textCode && !text->underForeignCode)) return;
   try {
-    AddHolder(entry, copy);
+    books.AddHolder(*text, copy);
   } catch (const std::bad_alloc&) {
     ClearContent(copy);
   }
 }
 
 void Drop(const resbuf& record) {
-  const Entry entry = Strike(record);
-  if (entry == TheBooks().texts.end() || entry->second.holders != 0) return;
-  Remove(entry);
+  HeldText* const text = Strike(record);
+  if (text == nullptr || text->holders != 0) return;
+  TheBooks().Remove(*text);
   acad_free(ContentOf(record));
 }
 
 void Move(const resbuf& from, const resbuf& to) {
+  HeldText* const text = HeldBy(from);
+  if (text == nullptr) return;
+  if (text->onlyHolder != nullptr) {
+    text->onlyHolder = &to;
+    return;
+  }
   auto holder = TheBooks().holders.extract(&from);
-  if (holder.empty()) return;
   holder.value() = &to;
   TheBooks().holders.insert(std::move(holder));
 }
 
 void Release(resbuf& record) {
-  const Entry entry = Strike(record);
-  if (entry == TheBooks().texts.end()) return;
-  if (entry->second.holders == 0)
-    Remove(entry);
+  HeldText* const text = Strike(record);
+  if (text == nullptr) return;
+  if (text->holders == 0)
+    TheBooks().Remove(*text);
   else
     CopyContent(record);
 }

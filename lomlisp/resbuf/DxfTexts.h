@@ -23,9 +23,6 @@ namespace lomlisp::dxftexts {
 // Whether records of that type keep a text under something else than RTSTR.
 bool IsTextCode(short type);
 
-// Whether a record of that type can be a holder: no RT type but one can.
-inline bool MayHold(short type) { return type < RTNONE || type == RTDXF0; }
-
 // Whether the record is a holder.
 bool Holds(const resbuf& record);
 

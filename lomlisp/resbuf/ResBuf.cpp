@@ -72,12 +72,12 @@ void ResBuf::Init(const resbuf& record) {
   resval = record.resval;
   if (restype == RTSTR)
     resval.rstring = CopyText(record.resval.rstring);
-  else if (dxftexts::MayHold(restype))
+  else if (MayHoldText(restype))
     dxftexts::Hold(*this);
 }
 
 void ResBuf::Destroy() {
-  if (dxftexts::MayHold(restype)) {
+  if (MayHoldText(restype)) {
     dxftexts::Drop(*this);
   } else if (restype == RTSTR && resval.rstring != nullptr) {
     acad_free(resval.rstring);
@@ -85,11 +85,11 @@ void ResBuf::Destroy() {
   }
 }
 
-ResBuf& ResBuf::operator=(const resbuf& record) {
-  if (MayOwn(restype) || MayOwn(record.restype)) return *this = ResBuf(record);
+ResBuf& ResBuf::CopyOwner(const resbuf& record) {
+  // What is let go may be what the source holds.
+  if (MayOwn(restype)) return *this = ResBuf(record);
   rbnext = nullptr;
-  restype = record.restype;
-  resval = record.resval;
+  Init(record);
   return *this;
 }
 
@@ -99,9 +99,7 @@ ResBuf& ResBuf::operator=(ResBuf&& record) noexcept {
   return Assign(std::move(record));
 }
 
-void ResBuf::TakeHolder(const ResBuf& other) noexcept {
-  if (dxftexts::MayHold(restype)) dxftexts::Move(other, *this);
-}
+void ResBuf::TakeHolder(const ResBuf& other) noexcept { dxftexts::Move(other, *this); }
 
 void ResBuf::Reverse() {
   if (restype == RTLB)
@@ -131,7 +129,8 @@ bool ResBuf::isBaseType(short type) {
          type == RTINT64;
 }
 
-bool ResBuf::isDXF(short type) { return !isBaseType(type) && DxfType(type) != type; }
+// The base type of a base type is itself.
+bool ResBuf::isDXF(short type) { return DxfType(type) != type; }
 
 wchar_t* ResBuf::TypeName(short type) const {
   for (auto& entry : typeNames)

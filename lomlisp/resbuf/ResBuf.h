@@ -73,7 +73,13 @@ class LOMLISP_API ResBuf : public resbuf {
   ResBuf& operator=(const double* point) { return Assign(ResBuf(point)); }
   ResBuf& operator=(const __int64* name) { return Assign(ResBuf(name)); }
   ResBuf& operator=(ADSResType type) { return Assign(ResBuf(type)); }
-  ResBuf& operator=(const resbuf& record);
+  ResBuf& operator=(const resbuf& record) {
+    if (MayOwn(restype) || MayOwn(record.restype)) return CopyOwner(record);
+    rbnext = nullptr;
+    restype = record.restype;
+    resval = record.resval;
+    return *this;
+  }
   ResBuf& operator=(const ResBuf& record) { return *this = static_cast<const resbuf&>(record); }
   ResBuf& operator=(ResBuf&& record) noexcept;
 
@@ -156,6 +162,8 @@ class LOMLISP_API ResBuf : public resbuf {
 
   static bool isBaseType(short type);  // one of the RT codes above, RTT excepted
   static bool isDXF(short type);       // a DXF group code
+  // Whether a record of that type may hold a text as one of a DXF group: of the RT types only RTDXF0 can.
+  static constexpr bool MayHoldText(short type) { return type < RTNONE || type == RTDXF0; }
   short BaseType() const { return DxfType(restype); }
   // "RTSTR", ...; for any other type "<n>" in one static buffer, valid until the next such call.
   wchar_t* TypeName() const { return TypeName(restype); }
@@ -212,8 +220,8 @@ class LOMLISP_API ResBuf : public resbuf {
   wchar_t* TypeName(short type) const;
 
  private:
-  // Whether a record of that type may have to let something go: a text, or one under a DXF code.
-  static constexpr bool MayOwn(short type) { return type < RTNONE || type == RTSTR || type == RTDXF0; }
+  // Whether a record of that type may have to let something go.
+  static constexpr bool MayOwn(short type) { return type == RTSTR || MayHoldText(type); }
 
   // Keeps the next pointer.
   ResBuf& Assign(ResBuf&& value) noexcept {
@@ -225,10 +233,12 @@ class LOMLISP_API ResBuf : public resbuf {
   void Take(ResBuf& other) noexcept {
     restype = other.restype;
     resval = other.resval;
-    if (MayOwn(restype)) TakeHolder(other);
+    if (MayHoldText(restype)) TakeHolder(other);
     other.restype = RTNONE;
   }
   void TakeHolder(const ResBuf& other) noexcept;
+  // Assignment where one of the two may own something.
+  ResBuf& CopyOwner(const resbuf& record);
 };
 
 static_assert(sizeof(ResBuf) == sizeof(resbuf));

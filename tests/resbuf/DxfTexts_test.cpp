@@ -3,6 +3,8 @@
 #include <tests/resbuf/Records.h>
 
 #include <memory>
+#include <random>
+#include <set>
 
 namespace lomlisp::test {
 namespace {
@@ -468,6 +470,85 @@ TEST_F(DxfTexts, AnAtomKeepsTheTextOfItsGroup) {
   atom.Clean();
   EXPECT_EQ(shared.GetAtom().Type(), 8);
   EXPECT_STREQ(shared.GetAtom().resval.rstring, L"layer");
+}
+
+// --- Many at once ---
+
+// A record, and what it holds: the text as a number, shared with the records that hold the same.
+struct Held {
+  ResBuf record;
+  std::shared_ptr<int> text;
+};
+
+size_t DifferentTexts(const std::vector<Held>& all) {
+  std::set<const int*> different;
+  for (const Held& held : all)
+    if (held.text != nullptr) different.insert(held.text.get());
+  return different.size();
+}
+
+bool IsTextCode(short type) { return DxfType(type) == RTSTR; }
+
+TEST_F(DxfTexts, AnyNumberOfTextsIsKeptWhateverHappensToTheirRecords) {
+  constexpr short kCodes[] = {0, 1, 8, 10, 40, 62, 330, 1001, 1070};
+  std::mt19937 random(1);
+  const auto below = [&](size_t end) { return std::uniform_int_distribution<size_t>(0, end - 1)(random); };
+  int made = 0;
+  std::vector<Held> all(600);
+
+  const auto make = [&](Held& held) {
+    held.text = std::make_shared<int>(made++);
+    held.record = Group(kCodes[below(std::size(kCodes))], std::to_wstring(*held.text).c_str());
+  };
+  const auto copy = [&](Held& target, const Held& source) {
+    target.record = source.record;
+    const bool ownCopy = source.record.Type() == RTSTR && source.text != nullptr;
+    target.text = ownCopy ? std::make_shared<int>(*source.text) : source.text;
+  };
+  const auto makeBaseType = [&](Held& held) {
+    const bool staysText = IsTextCode(held.record.Type());
+    held.record.MakeBaseType();
+    if (!staysText)
+      held.text = nullptr;
+    else if (held.text.use_count() > 1)
+      held.text = std::make_shared<int>(*held.text);
+  };
+  // From few to many and back.
+  for (const size_t fewer : {1u, 6u, 1u, 9u}) {
+    for (int i = 0; i < 2'000; ++i) {
+      Held& held = all[below(all.size())];
+      Held& other = all[below(all.size())];
+      switch (below(4 + fewer)) {
+        case 0:
+          make(held);
+          break;
+        case 1:
+          if (&held != &other) copy(held, other);
+          break;
+        case 2:
+          if (held.text != nullptr) held.record.MakeDXF(kCodes[below(std::size(kCodes))]);
+          break;
+        case 3:
+          if (held.text != nullptr) makeBaseType(held);
+          break;
+        case 4:
+          if (&held == &other) break;
+          held.record = std::move(other.record);
+          held.text = std::move(other.text);
+          break;
+        default:
+          held = {};
+          break;
+      }
+      ASSERT_EQ(LiveBlocks(), DifferentTexts(all)) << i;
+    }
+    for (const Held& held : all) {
+      if (held.text == nullptr) continue;
+      ASSERT_EQ(held.record.resval.rstring, std::to_wstring(*held.text)) << held.record.Type();
+    }
+  }
+  all.clear();
+  EXPECT_EQ(LiveBlocks(), 0u);
 }
 
 }  // namespace
