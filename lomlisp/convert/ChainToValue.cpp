@@ -11,11 +11,11 @@
 #include <lomlisp/convert/messages.h>
 #include <lomlisp/lisp/CLOMAdsLispVar.h>
 #include <lomlisp/lisp/NewNode.h>
+#include <lomlisp/lisp/TreeWalk.h>
 #include <lomlisp/resbuf/DxfTexts.h>
 #include <lomlisp/resbuf/Text.h>
 
 #include <utility>
-#include <vector>
 
 using namespace lomlisp;
 
@@ -40,7 +40,7 @@ class ChainReader {
 
   // Into the outermost list, which no bracket closes here.
   bool Read(CLOMLispElement& list) {
-    m_open.push_back({&list, false});
+    m_open.push({&list, false});
     while (!m_open.empty()) {
       const Next next = NextStep();
       if (next == Next::Fail) return false;
@@ -59,7 +59,7 @@ class ChainReader {
   };
 
   Next NextStep() {
-    OpenList& open = m_open.back();
+    OpenList& open = m_open.top();
     if (open.complete || m_cur == nullptr || m_cur->restype == RTLE) return Next::Close;
     if (m_cur->restype != RTDOTE) return Next::Item;
     if (open.list->children.empty()) return Next::Fail;
@@ -71,11 +71,11 @@ class ChainReader {
   }
 
   bool ReadItem() {
-    CLOMLispElement& list = *m_open.back().list;
+    CLOMLispElement& list = *m_open.top().list;
     Element item = NewNode();
     if (m_cur != nullptr && m_cur->restype == RTLB) {
       m_cur = m_cur->rbnext;
-      m_open.push_back({item.get(), false});
+      m_open.push({item.get(), false});
     } else if (!CLOMAdsLispVar::ADS_DXFList_Or_Atom(m_cur, item, false)) {
       return false;
     }
@@ -84,7 +84,7 @@ class ChainReader {
   }
 
   bool Close() {
-    m_open.pop_back();
+    m_open.pop();
     if (m_open.empty()) return true;
     if (m_cur == nullptr || !Closes(*m_cur)) return false;
     m_cur = m_cur->rbnext;
@@ -92,7 +92,7 @@ class ChainReader {
   }
 
   const resbuf*& m_cur;
-  std::vector<OpenList> m_open;
+  WalkStack<OpenList> m_open;
 };
 
 // Reads a run of DXF groups into a flat list of pairs. -3 becomes an atom, and each application

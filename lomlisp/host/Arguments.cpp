@@ -2,6 +2,7 @@
 
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/lisp/NewNode.h>
+#include <lomlisp/lisp/Node.h>
 
 #include <initializer_list>
 
@@ -11,10 +12,12 @@ namespace {
 void Distribute(std::initializer_list<CLOMAdsLispVar*> parameters) {
   CLOMAdsLispVar rest;
   rest.getArgs();
+  // The rest of a dotted list becomes a proper one, so it has to be a new one.
+  const bool forceCopy = lomlisp::node::IsDottedList(rest.New().get());
   for (CLOMAdsLispVar* const* parameter = parameters.begin(); parameter != parameters.end(); ++parameter) {
     (*parameter)->SetQ(rest);
     if (!(*parameter)->NilP()) (*parameter)->Car();
-    if (parameter + 1 != parameters.end()) rest.Cdr(true);
+    if (parameter + 1 != parameters.end()) rest.Cdr(forceCopy);
   }
 }
 

@@ -32,11 +32,12 @@ int HandOver(ADSList& chain) {
 
 bool CLOMAdsLispVar::ads_return() const {
   ADSList chain;
-  const bool asItIs = !CLOMAdsLisp::GetSym(L"LOM_RETURNFLAG").NilP();
-  if (asItIs)
-    LispToADS(chain);
-  else
+  CLOMAdsLispVar asItIs;
+  asItIs.GetSym(L"LOM_RETURNFLAG");
+  if (asItIs.NilP())
     WrapAgainstUnwrapping(*this).LispToADS(chain);
+  else
+    LispToADS(chain);
   return HandOver(chain) == RTNORM;
 }
 

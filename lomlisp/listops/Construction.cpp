@@ -5,6 +5,7 @@
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/DeepCopy.h>
 #include <lomlisp/listops/Echo.h>
+#include <lomlisp/listops/Members.h>
 #include <lomlisp/listops/messages.h>
 
 #include <algorithm>
@@ -48,11 +49,10 @@ bool Contains(node::Node tree, node::Node wanted) {
 }
 
 CLOMAdsLispVar ListOf(std::initializer_list<const CLOMAdsLispVar*> values) {
-  CLOMAdsLispVar list = **values.begin();
-  list.List();
-  for (auto value = values.begin() + 1; value != values.end(); ++value)
-    list.Append(CLOMAdsLispVar(**value).List());
-  return list;
+  Element list = NewNode();
+  list->children.reserve(values.size());
+  for (const CLOMAdsLispVar* value : values) list->children.push_back(value->New());
+  return ValueOf(std::move(list));
 }
 
 }  // namespace
