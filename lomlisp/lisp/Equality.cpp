@@ -16,67 +16,69 @@ namespace {
 
 using node::Node;
 
-enum class Verdict { Equal, Different, AsTheirMembers };
-
-// What two nodes say without their members.
-Verdict Compare(Node a, Node b, double tol) {
-  if (a == b) return Verdict::Equal;
-  if (a == nullptr || b == nullptr) return Verdict::Different;
-  const int kind = a->Kind();
-  if (kind != b->Kind()) return Verdict::Different;
-  if (kind == CLOMLispElement::Atom)
-    return a->atom.Equal(b->atom, tol) != 0 ? Verdict::Equal : Verdict::Different;
-  if (a->children.size() != b->children.size()) return Verdict::Different;
-  return a->children.empty() ? Verdict::Equal : Verdict::AsTheirMembers;
-}
-
 // Compares two lists, depth-first from left to right, up to the first difference.
 class ListComparison {
  public:
   explicit ListComparison(double tol) : m_tol(tol) {}
 
-  bool Run(Node a, Node b) {
-    m_open.push({a, b, 0});
-    while (!m_open.empty()) {
-      Open& open = m_open.top();
-      if (open.next == open.a->children.size()) {
-        m_open.pop();
+  bool Run(const CLOMLispElement& a, const CLOMLispElement& b) {
+    if (a.children.size() != b.children.size()) return false;
+    Pair current{&a, &b, 0};
+    for (;;) {
+      if (current.next == current.a->children.size()) {
+        if (m_outer.empty()) return true;
+        current = m_outer.top();
+        m_outer.pop();
         continue;
       }
-      const Child& childOfA = open.a->children[open.next];
-      const Child& childOfB = open.b->children[open.next];
-      ++open.next;
-      const Verdict verdict = Compare(childOfA.get(), childOfB.get(), m_tol);
+      const Child& childOfA = current.a->children[current.next];
+      const Child& childOfB = current.b->children[current.next];
+      ++current.next;
+      const Verdict verdict = Compare(childOfA, childOfB);
       if (verdict == Verdict::Different) return false;
-      if (verdict == Verdict::AsTheirMembers) Enter(childOfA, childOfB);
+      if (verdict == Verdict::Equal) continue;
+      m_outer.push(current);
+      current = {childOfA.get(), childOfB.get(), 0};
     }
-    return true;
   }
 
  private:
   using Child = ChildSeq::value_type;
-  using Pair = std::pair<Node, Node>;
+  using Nodes = std::pair<Node, Node>;
   struct Hash {
-    size_t operator()(const Pair& pair) const {
-      return std::hash<Node>()(pair.first) * 31 + std::hash<Node>()(pair.second);
+    size_t operator()(const Nodes& nodes) const {
+      return std::hash<Node>()(nodes.first) * 31 + std::hash<Node>()(nodes.second);
     }
   };
-  // Two lists whose members before `next` are equal.
-  struct Open {
+  // Two lists of the same length whose members before `next` are equal.
+  struct Pair {
     Node a;
     Node b;
     size_t next;
   };
+  enum class Verdict { Equal, Different, AsTheirMembers };
+
+  // What two members say without members of their own.
+  Verdict Compare(const Child& a, const Child& b) {
+    if (a == b) return Verdict::Equal;
+    if (a == nullptr || b == nullptr) return Verdict::Different;
+    const int kind = a->Kind();
+    if (kind != b->Kind()) return Verdict::Different;
+    if (kind == CLOMLispElement::Atom)
+      return node::AreAtomsEqual(a->atom, b->atom, m_tol) ? Verdict::Equal : Verdict::Different;
+    if (a->children.size() != b->children.size()) return Verdict::Different;
+    return WasMet(a, b) ? Verdict::Equal : Verdict::AsTheirMembers;
+  }
 
   // Only a pair with a shared node can be met again, and then it has been found equal.
-  void Enter(const Child& a, const Child& b) {
+  bool WasMet(const Child& a, const Child& b) {
     const bool isShared = a.use_count() > 1 || b.use_count() > 1;
-    if (!isShared || m_met.insert({a.get(), b.get()}).second) m_open.push({a.get(), b.get(), 0});
+    return isShared && !m_met.insert({a.get(), b.get()}).second;
   }
 
   double m_tol;
-  WalkStack<Open> m_open;
-  std::unordered_set<Pair, Hash> m_met;
+  WalkStack<Pair> m_outer;
+  std::unordered_set<Nodes, Hash> m_met;
 };
 
 struct Order {
@@ -97,9 +99,13 @@ bool CompareAtoms(Node a, Node b, Order& order) {
 
 }  // namespace
 
-bool node::AreEqual(Node a, Node b, double tol) {
-  const Verdict verdict = Compare(a, b, tol);
-  return verdict == Verdict::AsTheirMembers ? ListComparison(tol).Run(a, b) : verdict == Verdict::Equal;
+bool node::AreListsEqual(const CLOMLispElement& a, const CLOMLispElement& b, double tol) {
+  return ListComparison(tol).Run(a, b);
+}
+
+bool node::IsLess(Node a, Node b) {
+  Order order{};
+  return CompareAtoms(a, b, order) && order.less;
 }
 
 bool CLOMAdsLispVar::isEqual(const ConstElement& a, const ConstElement& b, double tol) {
@@ -116,8 +122,7 @@ bool CLOMAdsLispVar::Eq(const CLOMAdsLispVar& other) const {
 }
 
 bool CLOMAdsLispVar::operator<(const CLOMAdsLispVar& other) const {
-  Order order{};
-  return CompareAtoms(m_element.get(), other.m_element.get(), order) && order.less;
+  return node::IsLess(m_element.get(), other.m_element.get());
 }
 
 bool CLOMAdsLispVar::operator<=(const CLOMAdsLispVar& other) const {

@@ -1,11 +1,11 @@
 // Inherit and InheritanceStatus: association lists and the ones that they inherit from.
 
+#include <lomlisp/lisp/Equality.h>
 #include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Members.h>
 #include <lomlisp/listops/messages.h>
 
-#include <optional>
 #include <utility>
 
 using namespace lomlisp;
@@ -26,19 +26,27 @@ class Entries {
   bool AtEnd() const { return m_left == 0; }
   const Element& Current() const { return m_list->children[m_left - 1]; }
   // Taken once for each entry, because Car prints when the entry is no list.
-  const CLOMAdsLispVar& Key() {
-    if (!m_key) m_key = CLOMAdsLisp::Car(ValueOf(Current()));
+  const Element& Key() {
+    if (m_key == nullptr) m_key = &KeyOf(Current());
     return *m_key;
   }
   void Next() {
     --m_left;
-    m_key.reset();
+    m_key = nullptr;
   }
 
  private:
+  static const Element& KeyOf(const Element& entry) {
+    if (!node::IsNull(entry.get()) && node::IsList(entry.get()) && !entry->children.empty())
+      return entry->children.front();
+    static const Element none;
+    CLOMAdsLisp::Car(ValueOf(entry));
+    return none;
+  }
+
   Element m_list;
   size_t m_left = 0;
-  std::optional<CLOMAdsLispVar> m_key;
+  const Element* m_key = nullptr;  // null when it has not been taken yet
 };
 
 // Merges the entries from the greatest key down. What `memberOf` makes of each, given its list and
@@ -51,12 +59,12 @@ CLOMAdsLispVar Merge(Entries own, Entries inherited, MemberOf memberOf) {
     entries.Next();
   };
   while (!own.AtEnd() && !inherited.AtEnd()) {
-    const CLOMAdsLispVar& ownKey = own.Key();
-    const CLOMAdsLispVar& inheritedKey = inherited.Key();
-    if (CLOMAdsLisp::Equal(ownKey, inheritedKey, 0.0)) {
+    const node::Node ownKey = own.Key().get();
+    const node::Node inheritedKey = inherited.Key().get();
+    if (node::AreEqual(ownKey, inheritedKey, 0.0)) {
       take(own, InBoth);
       inherited.Next();
-    } else if (!(ownKey < inheritedKey)) {
+    } else if (!node::IsLess(ownKey, inheritedKey)) {
       take(own, OnlyOwn);
     } else {
       take(inherited, OnlyInherited);
@@ -87,6 +95,6 @@ CLOMAdsLispVar CLOMAdsLisp::InheritanceStatus(const CLOMAdsLispVar& own, const C
     return Nil;
   }
   return Merge(Entries(own), Entries(inherited), [](Entries& entries, Status status) {
-    return CLOMAdsLispVar(Cons(entries.Key(), static_cast<short>(status))).New();
+    return CLOMAdsLispVar(Cons(ValueOf(entries.Key()), static_cast<short>(status))).New();
   });
 }

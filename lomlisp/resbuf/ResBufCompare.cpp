@@ -26,8 +26,19 @@ short OrderClass(short type) { return IsReal(type) || IsInteger(type) ? RTREAL :
 __int64 IntegerOf(const ResBuf& record) { return static_cast<__int64>(record); }
 
 int EqualInteger(const ResBuf& record, __int64 value, double tol) {
-  if (IsReal(record.Type())) return Near(record.resval.rreal, static_cast<double>(value), tol);
-  return IsInteger(record.Type()) && IntegerOf(record) == value;
+  switch (record.Type()) {
+    case RTSHORT:
+      return record.resval.rint == value;
+    case RTLONG:
+      return record.resval.rlong == value;
+    case RTINT64:
+      return record.resval.mnInt64 == value;
+    case RTREAL:
+    case RTANG:
+      return Near(record.resval.rreal, static_cast<double>(value), tol);
+    default:
+      return 0;
+  }
 }
 
 // The first bytes of a value, whatever they were written as.

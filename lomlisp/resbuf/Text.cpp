@@ -53,6 +53,9 @@ int CompareText(const wchar_t* a, const wchar_t* b) {
     ++a;
     ++b;
   }
+  const auto firstOfA = static_cast<uint32_t>(*a);
+  const auto firstOfB = static_cast<uint32_t>(*b);
+  if (firstOfA < 0x10000 && firstOfB < 0x10000) return firstOfA == firstOfB ? 0 : firstOfA < firstOfB ? -1 : 1;
   UnitReader unitsOfA(a);
   UnitReader unitsOfB(b);
   for (;;) {
