@@ -6,9 +6,12 @@
 #include <lomlisp/resbuf/Text.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -63,10 +66,42 @@ void SortInAnyOrder(std::vector<Entry<Key>>& entries) {
   }
 }
 
-template <class Value>
-void SortAscending(std::vector<Entry<Value>>& entries) {
-  std::stable_sort(entries.begin(), entries.end(),
-                   [](const Entry<Value>& a, const Entry<Value>& b) { return a.key < b.key; });
+// Sorts by the bits of keys, stable, the least significant byte first: each pass moves the entries into the
+// order of one byte. Bytes in which all keys agree need none.
+template <class Value, class BitsOf>
+void RadixSort(std::vector<Entry<Value>>& entries, BitsOf bitsOf) {
+  const auto byteOf = [](uint64_t bits, size_t byte) { return static_cast<size_t>(bits >> (byte * 8)) & 0xFF; };
+  std::array<std::array<size_t, 256>, sizeof(uint64_t)> counts{};
+  for (const Entry<Value>& entry : entries)
+    for (size_t byte = 0; byte < counts.size(); ++byte) ++counts[byte][byteOf(bitsOf(entry.key), byte)];
+
+  std::vector<Entry<Value>> moved(entries.size());
+  for (size_t byte = 0; byte < counts.size(); ++byte) {
+    std::array<size_t, 256>& places = counts[byte];
+    if (places[byteOf(bitsOf(entries.front().key), byte)] == entries.size()) continue;
+    std::exclusive_scan(places.begin(), places.end(), places.begin(), size_t{0});
+    for (const Entry<Value>& entry : entries) moved[places[byteOf(bitsOf(entry.key), byte)]++] = entry;
+    entries.swap(moved);
+  }
+}
+
+// With fewer, comparing is faster than counting bytes. The first characters of texts take more of these than
+// most numbers do, and larger entries.
+constexpr size_t kFewestNumbers = 128;
+constexpr size_t kFewestTexts = 10'000;
+
+void SortByBits(std::vector<Entry<uint64_t>>& entries) {
+  if (entries.size() >= kFewestNumbers) return RadixSort(entries, [](uint64_t bits) { return bits; });
+  std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.key < b.key; });
+}
+
+constexpr uint64_t kSign = uint64_t{1} << 63;
+
+// Numbers as bits in the same order.
+uint64_t OrderedBits(__int64 number) { return static_cast<uint64_t>(number) ^ kSign; }
+uint64_t OrderedBits(double number) {
+  const auto bits = std::bit_cast<uint64_t>(number + 0.0);  // -0.0 is 0.0
+  return (bits & kSign) != 0 ? ~bits : bits | kSign;
 }
 
 // `valueOf` gives the value of a key, which is taken out of each member once.
@@ -94,6 +129,19 @@ struct TextKey {
   }
 };
 
+void SortByText(std::vector<Entry<TextKey>>& entries) {
+  const auto less = [](const auto& a, const auto& b) { return a.key < b.key; };
+  if (entries.size() < kFewestTexts) return std::stable_sort(entries.begin(), entries.end(), less);
+  RadixSort(entries, [](const TextKey& key) { return key.beginning; });
+  for (auto begin = entries.begin(); begin != entries.end();) {
+    const auto end = std::find_if(begin, entries.end(), [&](const auto& entry) {
+      return entry.key.beginning != begin->key.beginning;
+    });
+    std::stable_sort(begin, end, less);
+    begin = end;
+  }
+}
+
 size_t CommonLength(const wchar_t* a, const wchar_t* b, size_t most) {
   size_t length = 0;
   while (length < most && a[length] != 0 && a[length] == b[length]) ++length;
@@ -115,7 +163,7 @@ void SortByTexts(ChildSeq& members, KeyOf keyOf) {
     const wchar_t* const text = key->resval.rstring + skipped;
     return TextKey{FirstUnits(text), text};
   };
-  SortBy(members, keyOf, textKey, SortAscending<TextKey>);
+  SortBy(members, keyOf, textKey, SortByText);
 }
 
 // Whether the value has no place in an order.
@@ -145,13 +193,13 @@ void SortMembers(ChildSeq& members, KeyOf keyOf) {
     case RTREAL:
     case RTANG:
       SortBy(
-          members, keyOf, [](Key key) { return key->resval.rreal; }, SortAscending<double>);
+          members, keyOf, [](Key key) { return OrderedBits(key->resval.rreal); }, SortByBits);
       break;
     case RTSHORT:
     case RTLONG:
     case RTINT64:
       SortBy(
-          members, keyOf, [](Key key) { return static_cast<__int64>(*key); }, SortAscending<__int64>);
+          members, keyOf, [](Key key) { return OrderedBits(static_cast<__int64>(*key)); }, SortByBits);
       break;
     case RTSTR:
       SortByTexts(members, keyOf);
