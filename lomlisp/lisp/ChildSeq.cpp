@@ -13,8 +13,8 @@ namespace {
 
 using Child = ChildSeq::value_type;
 
-// Room for a dotted pair, the most frequent list of all.
-constexpr size_t kSmallest = 2;
+// Room for the members of a short list that come one by one. Whoever knows how many come reserves it.
+constexpr size_t kSmallest = 4;
 
 // Moves `count` children to slots that may overlap the ones where they are.
 void MoveChildren(Child* from, size_t count, Child* to) {
@@ -68,7 +68,10 @@ void ChildSeq::ReleaseAll(Block* block) noexcept {
 }
 
 void ChildSeq::reserve(size_type count) {
-  if (count > size()) MakeRoomBehind(count - size());
+  if (m_block == nullptr && count > 0)
+    Relocate(count, 0);
+  else if (count > size())
+    MakeRoomBehind(count - size());
 }
 
 void ChildSeq::pop_back() {

@@ -36,6 +36,11 @@ struct SlabAllocator {
     static_assert(sizeof(T) <= slabheap::kLargest && alignof(T) <= alignof(std::max_align_t));
     return static_cast<T*>(slabheap::Allocate(count * sizeof(T)));
   }
+  // What was made here is no object of a derived class, whose destructor would have to be looked up.
+  template <class Object>
+  void destroy(Object* object) {
+    object->Object::~Object();
+  }
   void deallocate(T* block, size_t count) noexcept { slabheap::Free(block, count * sizeof(T)); }
 
   friend bool operator==(SlabAllocator, SlabAllocator) { return true; }

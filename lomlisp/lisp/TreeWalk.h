@@ -44,38 +44,40 @@ class WalkStack {
 // Linear in the tree as it is walked: a node that is shared is visited once for each way to it.
 template <class Visitor>
 void WalkTree(node::Node root, Visitor& visitor) {
-  struct Open {
-    node::Node list;
-    size_t next;
-  };
-  WalkStack<Open> open;
-
   // Whether the node is done with, that is no list whose members come next.
   const auto visit = [&](node::Node node) {
     if (node == nullptr || node::IsAtom(node)) {
       visitor.Leaf(node);
       return true;
     }
-    if (!visitor.Enter(*node)) return true;
-    open.push({node, 0});
-    return false;
+    return !visitor.Enter(*node);
   };
+  if (visit(root)) return;
 
-  visit(root);
-  while (!open.empty()) {
-    Open& current = open.top();
+  struct Open {
+    node::Node list;
+    size_t next;
+  };
+  WalkStack<Open> outer;  // the lists around the current one
+  Open current{root, 0};
+  for (;;) {
     const ChildSeq& children = current.list->children;
     if (current.next == children.size()) {
-      const node::Node list = current.list;
-      open.pop();
-      visitor.Leave(*list);
-      if (!open.empty()) visitor.AfterChild(*open.top().list, open.top().next - 1);
+      visitor.Leave(*current.list);
+      if (outer.empty()) return;
+      current = outer.top();
+      outer.pop();
+      visitor.AfterChild(*current.list, current.next - 1);
       continue;
     }
-    const node::Node list = current.list;
-    const size_t index = current.next++;
-    visitor.BeforeChild(*list, index);
-    if (visit(children[index].get())) visitor.AfterChild(*list, index);
+    const node::Node child = children[current.next].get();
+    visitor.BeforeChild(*current.list, current.next++);
+    if (visit(child)) {
+      visitor.AfterChild(*current.list, current.next - 1);
+    } else {
+      outer.push(current);
+      current = {child, 0};
+    }
   }
 }
 
