@@ -11,6 +11,8 @@
 
 namespace lomlisp {
 
+using namespace std::string_view_literals;
+
 AtomText::AtomText(const resbuf& record, NameForm nameForm) {
   switch (DxfType(record.restype)) {
     case RTREAL:
@@ -33,7 +35,7 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
       PutInteger(record.resval.mnInt64);
       break;
     case RTSTR:
-      m_quote = L"\"";
+      m_quote = L"\""sv;
       if (IsBinary(record.restype)) {
         PutBytes(BytesOf(record));
         break;
@@ -41,23 +43,23 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
       m_body = {record.resval.rstring, TextLength(record.resval.rstring)};
       return;
     case RTENAME:
-      Put(nameForm == NameForm::Long ? L"<Entity name: " : L"<Ename: ");
+      Put(nameForm == NameForm::Long ? L"<Entity name: "sv : L"<Ename: "sv);
       PutHandle(record.resval.rlname[0]);
-      Put(L">");
+      Put(L">"sv);
       break;
     case RTPICKS:
-      Put(nameForm == NameForm::Long ? L"<Selection set: " : L"<Selset: ");
+      Put(nameForm == NameForm::Long ? L"<Selection set: "sv : L"<Selset: "sv);
       PutHandle(record.resval.rlname[0]);
-      Put(L">");
+      Put(L">"sv);
       break;
     case RTLB:
-      Put(L"(");
+      Put(L"("sv);
       break;
     case RTLE:
-      Put(L")");
+      Put(L")"sv);
       break;
     case RTDOTE:
-      Put(L"RTDOTE)");
+      Put(L"RTDOTE)"sv);
       break;
     default:
       Put(static_cast<const ResBuf&>(record).BaseTypeName());
@@ -79,12 +81,12 @@ void AtomText::PutHandle(__int64 word) {
 }
 
 void AtomText::PutPoint(const ads_real* point, int dimensions) {
-  Put(L"( ");
+  Put(L"( "sv);
   for (int i = 0; i < dimensions; ++i) {
     PutReal(point[i]);
-    Put(L" ");
+    Put(L" "sv);
   }
-  Put(L")");
+  Put(L")"sv);
 }
 
 void AtomText::PutBytes(std::string_view bytes) {

@@ -36,7 +36,12 @@ class AtomText {
     return written;
   }
 
-  void AppendTo(std::wstring& text) const { text.append(m_quote).append(m_body).append(m_quote); }
+  void AppendTo(std::wstring& text) const {
+    if (m_quote.empty())
+      text.append(m_body);
+    else
+      text.append(m_quote).append(m_body).append(m_quote);
+  }
 
  private:
   void Put(std::wstring_view text);

@@ -68,18 +68,44 @@ std::optional<double> ShortReal(const wchar_t* text, const wchar_t* end) {
   return static_cast<double>(digits) / divisor;
 }
 
+// The digits of the numbers below a hundred, one behind the other.
+struct DigitPairs {
+  wchar_t digits[200];
+};
+
+constexpr DigitPairs MakeDigitPairs() {
+  DigitPairs pairs{};
+  for (int i = 0; i < 100; ++i) {
+    pairs.digits[i * 2] = static_cast<wchar_t>(L'0' + i / 10);
+    pairs.digits[i * 2 + 1] = static_cast<wchar_t>(L'0' + i % 10);
+  }
+  return pairs;
+}
+
+constexpr DigitPairs kDigitPairs = MakeDigitPairs();
+
+void WritePair(wchar_t* target, uint64_t number) {
+  target[0] = kDigitPairs.digits[number * 2];
+  target[1] = kDigitPairs.digits[number * 2 + 1];
+}
+
 wchar_t* WriteDigits(wchar_t* target, uint64_t number) {
   wchar_t digits[20];
   wchar_t* const end = std::end(digits);
   wchar_t* first = end;
-  do *--first = static_cast<wchar_t>(L'0' + number % 10);
-  while ((number /= 10) != 0);
+  for (; number >= 100; number /= 100) WritePair(first -= 2, number % 100);
+  if (number >= 10)
+    WritePair(first -= 2, number);
+  else
+    *--first = static_cast<wchar_t>(L'0' + number);
   return std::copy(first, end, target);
 }
 
 // Zeros stand in front.
 wchar_t* WriteSixDigits(wchar_t* target, uint32_t number) {
-  for (int i = 5; i >= 0; --i, number /= 10) target[i] = static_cast<wchar_t>(L'0' + number % 10);
+  WritePair(target, number / 10'000);
+  WritePair(target + 2, number / 100 % 100);
+  WritePair(target + 4, number % 100);
   return target + 6;
 }
 

@@ -14,6 +14,7 @@
 #include <utility>
 
 using namespace lomlisp;
+using namespace std::string_view_literals;
 
 unsigned long lomlisp::debugIndentation = 0;
 unsigned long lomlisp::debugNumbering = 0;
@@ -33,14 +34,14 @@ class DebugPrinter {
   void Leaf(node::Node node) {
     Indent();
     if (node::IsNull(node)) {
-      Put(L"nil");
+      Put(L"nil"sv);
     } else {
       m_count += EstimateLength(node->atom);
       AtomText(node->atom, NameForm::Short).AppendTo(m_text);
     }
   }
   bool Enter(const CLOMLispElement&) {
-    Put(L"(");
+    Put(L"("sv);
     ++m_depth;
     return true;
   }
@@ -50,7 +51,7 @@ class DebugPrinter {
   }
   void AfterChild(const CLOMLispElement& list, size_t index) { Put(Separator(list, index)); }
   void Leave(const CLOMLispElement&) {
-    Put(L")");
+    Put(L")"sv);
     BreakLine();
     --m_depth;
   }
@@ -58,15 +59,18 @@ class DebugPrinter {
  private:
   void Put(std::wstring_view piece) {
     m_count += piece.size();
-    m_text += piece;
+    if (piece.size() == 1)  // brackets and blanks, half of all pieces
+      m_text += piece.front();
+    else
+      m_text += piece;
   }
 
   void Indent() {
-    for (unsigned long blanks = m_depth * debugIndentation; blanks > 0; --blanks) Put(L" ");
+    for (unsigned long blanks = m_depth * debugIndentation; blanks > 0; --blanks) Put(L" "sv);
   }
 
   void BreakLine() {
-    if (debugIndentation > 0) Put(L"\r\n");
+    if (debugIndentation > 0) Put(L"\r\n"sv);
   }
 
   // The count reserves the greatest width; less may be written.

@@ -8,6 +8,7 @@
 #include <string_view>
 
 using namespace lomlisp;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -34,12 +35,12 @@ class Printer {
 
   void Leaf(node::Node node) {
     if (node::IsNull(node))
-      m_output.Put(L"nil");
+      m_output.Put(L"nil"sv);
     else
       m_output.PutAtom(node->atom);
   }
   bool Enter(const CLOMLispElement&) {
-    m_output.Put(L"(");
+    m_output.Put(L"("sv);
     return true;
   }
   void BeforeChild(const CLOMLispElement&, size_t) {}
@@ -47,7 +48,7 @@ class Printer {
     if (const std::wstring_view separator = Separator(list, index); !separator.empty())
       m_output.Put(separator);
   }
-  void Leave(const CLOMLispElement&) { m_output.Put(L")"); }
+  void Leave(const CLOMLispElement&) { m_output.Put(L")"sv); }
 
  private:
   Output m_output;

@@ -12,7 +12,8 @@ namespace lomlisp {
 // blank.
 inline std::wstring_view Separator(const CLOMLispElement& list, size_t index) {
   if (index + 1 == list.children.size()) return {};
-  return index == 0 && list.dotted == 1 ? L" . " : L" ";
+  using namespace std::string_view_literals;
+  return index == 0 && list.dotted == 1 ? L" . "sv : L" "sv;
 }
 
 }  // namespace lomlisp
