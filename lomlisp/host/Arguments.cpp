@@ -1,23 +1,40 @@
 // The arguments of the LISP function that is being called.
 
-#include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/lisp/NewNode.h>
 #include <lomlisp/lisp/Node.h>
+#include <lomlisp/listops/CLOMAdsLisp.h>
+#include <lomlisp/listops/Members.h>
 
+#include <cstddef>
 #include <initializer_list>
+#include <utility>
+
+using namespace lomlisp;
 
 namespace {
 
-// One argument for each parameter, nil where there is none left.
-void Distribute(std::initializer_list<CLOMAdsLispVar*> parameters) {
-  CLOMAdsLispVar rest;
-  rest.getArgs();
-  // The rest of a dotted list becomes a proper one, so it has to be a new one.
-  const bool forceCopy = lomlisp::node::IsDottedList(rest.New().get());
+using Parameters = std::initializer_list<CLOMAdsLispVar*>;
+
+// What Car and Cdr find in a dotted list, one after the other.
+void DistributeByCdr(CLOMAdsLispVar rest, Parameters parameters) {
   for (CLOMAdsLispVar* const* parameter = parameters.begin(); parameter != parameters.end(); ++parameter) {
     (*parameter)->SetQ(rest);
     if (!(*parameter)->NilP()) (*parameter)->Car();
-    if (parameter + 1 != parameters.end()) rest.Cdr(forceCopy);
+    if (parameter + 1 != parameters.end()) rest.Cdr(true);
+  }
+}
+
+// One argument for each parameter, nil where there is none left.
+void Distribute(Parameters parameters) {
+  CLOMAdsLispVar arguments;
+  arguments.getArgs();
+  const CLOMAdsLispVar::Element list = arguments.New();
+  if (node::IsDottedList(list.get())) return DistributeByCdr(std::move(arguments), parameters);
+  const size_t count = list != nullptr ? list->children.size() : 0;
+  size_t position = 0;
+  for (CLOMAdsLispVar* parameter : parameters) {
+    *parameter = position < count ? ValueOf(list->children[position]) : CLOMAdsLispVar();
+    ++position;
   }
 }
 
@@ -26,7 +43,7 @@ void Distribute(std::initializer_list<CLOMAdsLispVar*> parameters) {
 bool CLOMAdsLispVar::getArgs() {
   Clean();
   const resbuf* arguments = acedGetArgs();
-  m_element = lomlisp::NewNode();
+  m_element = NewNode();
   // The reader resets the reference that it is given when there is nothing to read.
   Element list = m_element;
   if (ADS_ElementListe(arguments, list, true)) return true;

@@ -124,11 +124,6 @@ struct {
 
 }  // namespace
 
-bool ResBuf::isBaseType(short type) {
-  return (type >= RTNONE && type <= RTLONG) || type == RTVOID || (type >= RTLB && type <= RTDXF0) ||
-         type == RTINT64;
-}
-
 // The base type of a base type is itself.
 bool ResBuf::isDXF(short type) { return DxfType(type) != type; }
 

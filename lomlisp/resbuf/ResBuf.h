@@ -160,7 +160,10 @@ class LOMLISP_API ResBuf : public resbuf {
 
   // --- Types ---
 
-  static bool isBaseType(short type);  // one of the RT codes above, RTT excepted
+  // One of the RT codes of values, of brackets and of nil; RTT is none.
+  static constexpr bool isBaseType(short type) {
+    return (type >= RTNONE && type <= RTLONG) || type == RTVOID || (type >= RTLB && type <= RTDXF0) || type == RTINT64;
+  }
   static bool isDXF(short type);       // a DXF group code
   // Whether a record of that type may hold a text as one of a DXF group: of the RT types only RTDXF0 can.
   static constexpr bool MayHoldText(short type) { return type < RTNONE || type == RTDXF0; }
