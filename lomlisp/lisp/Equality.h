@@ -2,13 +2,15 @@
 #pragma once
 
 #include <lomlisp/lisp/Node.h>
+#include <lomlisp/resbuf/Text.h>
 
 namespace lomlisp::node {
 
-// Whether two atoms are equal. Most comparisons are of integers, as of the codes of DXF groups.
+// Whether two atoms are equal. Most comparisons are of integers, as of the codes of DXF groups, and of texts.
 inline bool AreAtomsEqual(const ResBuf& a, const ResBuf& b, double tol) {
   if (a.Type() == RTSHORT && b.Type() == RTSHORT) return a.resval.rint == b.resval.rint;
   if (a.Type() == RTLONG && b.Type() == RTLONG) return a.resval.rlong == b.resval.rlong;
+  if (a.Type() == RTSTR && b.Type() == RTSTR) return AreTextsEqual(a.resval.rstring, b.resval.rstring);
   return a.Equal(b, tol) != 0;
 }
 

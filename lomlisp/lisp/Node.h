@@ -14,16 +14,26 @@ inline int KindOf(Node node) { return node != nullptr ? node->Kind() : CLOMLispE
 
 inline bool IsAtom(Node node) { return KindOf(node) == CLOMLispElement::Atom; }
 
-// An atom of exactly that type.
-inline bool IsAtomOf(Node node, short type) { return IsAtom(node) && node->atom.Type() == type; }
+// The type of an atom, exactly; RTNONE, which no atom has, for everything else.
+inline short TypeOf(Node node) { return IsAtom(node) ? node->atom.Type() : RTNONE; }
+inline bool IsAtomOf(Node node, short type) { return TypeOf(node) == type; }
 
 inline bool IsNull(Node node) { return node == nullptr || IsAtomOf(node, RTNIL); }
 inline bool IsList(Node node) { return !IsAtom(node); }
 inline bool IsLong(Node node) { return IsAtomOf(node, RTLONG); }
 inline bool IsInt64(Node node) { return IsAtomOf(node, RTINT64); }
-inline bool IsInt(Node node) { return IsAtomOf(node, RTSHORT) || IsInt64(node); }
-inline bool IsReal(Node node) { return IsAtomOf(node, RTREAL) || IsLong(node) || IsInt64(node); }
-inline bool IsNumber(Node node) { return IsReal(node) || IsInt(node); }
+inline bool IsInt(Node node) {
+  const short type = TypeOf(node);
+  return type == RTSHORT || type == RTINT64;
+}
+inline bool IsReal(Node node) {
+  const short type = TypeOf(node);
+  return type == RTREAL || type == RTLONG || type == RTINT64;
+}
+inline bool IsNumber(Node node) {
+  const short type = TypeOf(node);
+  return type == RTREAL || type == RTSHORT || type == RTLONG || type == RTINT64;
+}
 inline bool IsString(Node node) { return IsAtomOf(node, RTSTR); }
 inline bool IsEName(Node node) { return IsAtomOf(node, RTENAME); }
 inline bool IsPickSet(Node node) { return IsAtomOf(node, RTPICKS); }

@@ -18,24 +18,30 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
     case RTREAL:
     case RTANG:
       PutReal(record.resval.rreal);
+      m_estimate = 48;
       break;
     case RTPOINT:
       PutPoint(record.resval.rpoint, 2);
+      m_estimate = 102;
       break;
     case RT3DPOINT:
       PutPoint(record.resval.rpoint, 3);
+      m_estimate = 150;
       break;
     case RTSHORT:
       PutInteger(record.resval.rint);
+      m_estimate = 12;
       break;
     case RTLONG:
       PutInteger(record.resval.rlong);
+      m_estimate = 12;
       break;
     case RTINT64:
       PutInteger(record.resval.mnInt64);
+      m_estimate = 24;
       break;
     case RTSTR:
-      m_quote = L"\""sv;
+      m_isQuoted = true;
       if (IsBinary(record.restype)) {
         PutBytes(BytesOf(record));
         break;
@@ -46,11 +52,13 @@ AtomText::AtomText(const resbuf& record, NameForm nameForm) {
       Put(nameForm == NameForm::Long ? L"<Entity name: "sv : L"<Ename: "sv);
       PutHandle(record.resval.rlname[0]);
       Put(L">"sv);
+      m_estimate = 17;
       break;
     case RTPICKS:
       Put(nameForm == NameForm::Long ? L"<Selection set: "sv : L"<Selset: "sv);
       PutHandle(record.resval.rlname[0]);
       Put(L">"sv);
+      m_estimate = 18;
       break;
     case RTLB:
       Put(L"("sv);
@@ -92,32 +100,6 @@ void AtomText::PutPoint(const ads_real* point, int dimensions) {
 void AtomText::PutBytes(std::string_view bytes) {
   for (const char byte : bytes.substr(0, m_number.size() / 2))
     for (const wchar_t digit : DigitsOf(byte)) m_number[m_length++] = digit;
-}
-
-size_t EstimateLength(const resbuf& record) {
-  switch (DxfType(record.restype)) {
-    case RTREAL:
-    case RTANG:
-      return 48;
-    case RTPOINT:
-      return 102;
-    case RT3DPOINT:
-      return 150;
-    case RTSHORT:
-    case RTLONG:
-      return 12;
-    case RTINT64:
-      return 24;
-    case RTSTR:
-      if (IsBinary(record.restype)) return AtomText(record, NameForm::Short).Length();
-      return TextLength(record.resval.rstring) + 2;
-    case RTENAME:
-      return 17;
-    case RTPICKS:
-      return 18;
-    default:
-      return AtomText(record, NameForm::Short).Length();
-  }
 }
 
 }  // namespace lomlisp

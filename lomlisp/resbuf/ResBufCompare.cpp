@@ -61,9 +61,7 @@ int ResBuf::Equal(double value, double tol) const {
 }
 
 int ResBuf::Equal(const wchar_t* text) const {
-  if (restype != RTSTR) return 0;
-  if (resval.rstring == nullptr || text == nullptr) return resval.rstring == text;
-  return CompareText(resval.rstring, text) == 0;
+  return restype == RTSTR && AreTextsEqual(resval.rstring, text);
 }
 
 int ResBuf::Equal(const double* point, double tol) const {

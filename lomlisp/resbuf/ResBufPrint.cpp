@@ -21,9 +21,9 @@ void ResBuf::Print(wchar_t* buf, size_t len) const {
 }
 
 unsigned long ResBuf::DebugPrint(int measureOnly, wchar_t*& cursor, unsigned long& remaining) const {
-  const auto estimate = static_cast<unsigned long>(EstimateLength(*this));
-  if (measureOnly != 0 || cursor == nullptr || remaining == 0) return estimate;
   const AtomText text(*this, NameForm::Short);
+  const auto estimate = static_cast<unsigned long>(text.Estimate());
+  if (measureOnly != 0 || cursor == nullptr || remaining == 0) return estimate;
   const size_t written = text.CopyTo(cursor, remaining);
   cursor += written;
   remaining -= static_cast<unsigned long>(written);

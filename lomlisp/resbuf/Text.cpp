@@ -66,6 +66,11 @@ int CompareText(const wchar_t* a, const wchar_t* b) {
   }
 }
 
+bool AreTextsEqual(const wchar_t* a, const wchar_t* b) {
+  if (a == nullptr || b == nullptr) return a == b;
+  return CompareText(a, b) == 0;
+}
+
 uint64_t FirstUnits(const wchar_t* text) {
   constexpr uint32_t kGreatest = 0xFFFF;
   UnitReader units(text);

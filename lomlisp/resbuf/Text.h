@@ -19,6 +19,9 @@ wchar_t* CopyText(const wchar_t* text);
 // UTF-16 code units, whatever the width of wchar_t. Neither may be null.
 int CompareText(const wchar_t* a, const wchar_t* b);
 
+// Whether two texts are the same; null is the same as null alone.
+bool AreTextsEqual(const wchar_t* a, const wchar_t* b);
+
 // The first four UTF-16 code units of a text, zeros behind its end, as a number: where those of two texts
 // differ, they are in the order of the texts.
 uint64_t FirstUnits(const wchar_t* text);

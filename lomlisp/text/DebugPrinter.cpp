@@ -7,11 +7,11 @@
 #include <lomlisp/text/DebugLayout.h>
 #include <lomlisp/text/Separator.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <utility>
 
 using namespace lomlisp;
 using namespace std::string_view_literals;
@@ -26,9 +26,8 @@ constexpr size_t kIndexWidth = 14;
 class DebugPrinter {
  public:
   // The text, cut to the count.
-  std::wstring Text() && {
-    if (m_text.size() > m_count) m_text.resize(m_count);
-    return std::move(m_text);
+  CString Text() const {
+    return CString(m_text.c_str(), static_cast<int>((std::min)(m_text.size(), m_count)));
   }
 
   void Leaf(node::Node node) {
@@ -36,8 +35,9 @@ class DebugPrinter {
     if (node::IsNull(node)) {
       Put(L"nil"sv);
     } else {
-      m_count += EstimateLength(node->atom);
-      AtomText(node->atom, NameForm::Short).AppendTo(m_text);
+      const AtomText text(node->atom, NameForm::Short);
+      m_count += text.Estimate();
+      text.AppendTo(m_text);
     }
   }
   bool Enter(const CLOMLispElement&) {
@@ -92,5 +92,5 @@ class DebugPrinter {
 CString CLOMAdsLispVar::GetAsDebugString() const {
   DebugPrinter printer;
   WalkTree(m_element.get(), printer);
-  return std::move(printer).Text().c_str();
+  return printer.Text();
 }
