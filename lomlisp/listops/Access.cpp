@@ -1,6 +1,7 @@
 // Car, Cdr, Nth, Last, Length: the parts of a list.
 
 #include <lomlisp/lisp/NewNode.h>
+#include <lomlisp/lisp/Node.h>
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/Echo.h>
 #include <lomlisp/listops/Members.h>
@@ -13,9 +14,9 @@ using namespace lomlisp;
 // --- Car ---
 
 CLOMAdsLispVar& CLOMAdsLispVar::Car() {
-  if (NilP()) {
+  if (node::IsNull(m_element.get())) {
     acutPrintf(messages::MemberCarOfNil);
-  } else if (!ListP()) {
+  } else if (node::IsAtom(m_element.get())) {
     acutPrintf(messages::MemberCarOfAtom);
   } else {
     Element first = m_element->children.empty() ? nullptr : m_element->children.front();
@@ -33,14 +34,16 @@ CLOMAdsLispVar CLOMAdsLisp::Car(const CLOMAdsLispVar& list) {
     acutPrintf(messages::CarOfNil);
     return Nil;
   }
-  return CLOMAdsLispVar(list).Car();
+  CLOMAdsLispVar first = list;
+  first.Car();
+  return first;
 }
 
 // --- Cdr ---
 
 CLOMAdsLispVar& CLOMAdsLispVar::Cdr(bool forceCopy) {
-  if (NilP()) return *this;
-  if (!ListP()) {
+  if (node::IsNull(m_element.get())) return *this;
+  if (node::IsAtom(m_element.get())) {
     acutPrintf(messages::MemberCdrOfAtom);
     return *this;
   }
