@@ -11,7 +11,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -79,7 +78,8 @@ void RadixSort(std::vector<Entry<Value>>& entries, BitsOf bitsOf) {
   for (size_t byte = 0; byte < counts.size(); ++byte) {
     std::array<size_t, 256>& places = counts[byte];
     if (places[byteOf(bitsOf(entries.front().key), byte)] == entries.size()) continue;
-    std::exclusive_scan(places.begin(), places.end(), places.begin(), size_t{0});
+    size_t next = 0;
+    for (size_t& place : places) next += std::exchange(place, next);
     for (const Entry<Value>& entry : entries) moved[places[byteOf(bitsOf(entry.key), byte)]++] = entry;
     entries.swap(moved);
   }
