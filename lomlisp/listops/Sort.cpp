@@ -69,18 +69,18 @@ void SortInAnyOrder(std::vector<Entry<Key>>& entries) {
 // order of one byte. Bytes in which all keys agree need none.
 template <class Value, class BitsOf>
 void RadixSort(std::vector<Entry<Value>>& entries, BitsOf bitsOf) {
-  const auto byteOf = [](uint64_t bits, size_t byte) { return static_cast<size_t>(bits >> (byte * 8)) & 0xFF; };
+  const auto byteOf = [](uint64_t bits, size_t index) { return static_cast<size_t>(bits >> (index * 8)) & 0xFF; };
   std::array<std::array<size_t, 256>, sizeof(uint64_t)> counts{};
   for (const Entry<Value>& entry : entries)
-    for (size_t byte = 0; byte < counts.size(); ++byte) ++counts[byte][byteOf(bitsOf(entry.key), byte)];
+    for (size_t i = 0; i < counts.size(); ++i) ++counts[i][byteOf(bitsOf(entry.key), i)];
 
   std::vector<Entry<Value>> moved(entries.size());
-  for (size_t byte = 0; byte < counts.size(); ++byte) {
-    std::array<size_t, 256>& places = counts[byte];
-    if (places[byteOf(bitsOf(entries.front().key), byte)] == entries.size()) continue;
+  for (size_t i = 0; i < counts.size(); ++i) {
+    std::array<size_t, 256>& places = counts[i];
+    if (places[byteOf(bitsOf(entries.front().key), i)] == entries.size()) continue;
     size_t next = 0;
     for (size_t& place : places) next += std::exchange(place, next);
-    for (const Entry<Value>& entry : entries) moved[places[byteOf(bitsOf(entry.key), byte)]++] = entry;
+    for (const Entry<Value>& entry : entries) moved[places[byteOf(bitsOf(entry.key), i)]++] = entry;
     entries.swap(moved);
   }
 }
