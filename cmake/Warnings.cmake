@@ -23,5 +23,8 @@ function(lomlisp_warnings target)
     target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
       -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)
+    if(LOMLISP_FUZZ)
+      target_compile_options(${target} PUBLIC -fsanitize=fuzzer-no-link)
+    endif()
   endif()
 endfunction()
