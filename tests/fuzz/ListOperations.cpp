@@ -1,102 +1,81 @@
-// Sequences of list operations on handles that share their trees. No operation may make a tree that contains
-// itself, which the balanced books show: such a tree would never die.
+// Sequences of list operations on handles that share their trees, beside the plain model: they hold the same, and
+// share the same nodes. A tree that contains itself would never die, which the balanced books show.
 #include <tests/fuzz/Fuzz.h>
+#include <tests/properties/SharedHandles.h>
 
-#include <array>
+#include <cstring>
+#include <iostream>
 
 namespace {
 
 using namespace lomlisp::fuzz;
-using Value = CLOMAdsLispVar;
+using namespace lomlisp::test::shared_handles;
+namespace model = lomlisp::test::model;
 using Lisp = CLOMAdsLisp;
+using Value = CLOMAdsLispVar;
 
-// Larger trees are dropped: an operation that copies doubles what is shared in them.
-constexpr size_t kMostNodes = 2'000;
-
-size_t CountNodes(const CLOMLispElement* node, size_t depth = 0) {
-  if (node == nullptr) return 1;
-  if (depth > 60) return kMostNodes + 1;
-  size_t count = 1;
-  for (const auto& child : node->children) {
-    count += CountNodes(child.get(), depth + 1);
-    if (count > kMostNodes) break;
-  }
-  return count;
-}
-
-Value TakeAtom(Input& input) {
-  switch (input.ConsumeIntegralInRange(0, 4)) {
+// Few different atoms, so that equal ones meet. None of them is nil, of which the model knows the null one alone.
+model::Value TakeValue(Input& input, int depth) {
+  switch (input.ConsumeIntegralInRange(0, depth > 0 ? 8 : 5)) {
     case 0:
-      return static_cast<short>(input.ConsumeIntegralInRange(-3, 3));
-    case 1:
-      return TakeReal(input);
-    case 2:
-      return TakeText(input, 4).c_str();
-    case 3:
       return {};
+    case 1:
+      return model::AtomValue(input.ConsumeBool() ? L"a" : L"b");
+    case 2:
+      return model::AtomValue(TakeInteger(input));
+    case 3:
+      return model::AtomValue(static_cast<double>(input.ConsumeIntegralInRange(-2, 2)) / 2);
+    case 4:
+    case 5:
+      return model::AtomValue(input.ConsumeIntegralInRange<short>(-1, 3));
     default:
-      return static_cast<__int64>(TakeInteger(input));
+      break;
   }
+  std::vector<model::Value> members;
+  for (int left = input.ConsumeIntegralInRange(0, 4); left > 0; --left)
+    members.push_back(TakeValue(input, depth - 1));
+  return members.size() > 1 && input.ConsumeIntegralInRange(0, 3) == 0 ? model::DottedValue(members)
+                                                                       : model::ListValue(members);
 }
 
-void Operate(Input& input, Value& a, Value& b, Value& c) {
-  const int n = input.ConsumeIntegralInRange(-2, 9);
-  switch (input.ConsumeIntegralInRange(0, 37)) {
-    case 0: a = TakeAtom(input); break;
-    case 1: Lisp::SetQ(a, b); break;
-    case 2: Lisp::SetQ(a, Lisp::Car(b)); break;
-    case 3: Lisp::SetQ(a, Lisp::Cdr(b)); break;
-    case 4: Lisp::SetQ(a, Lisp::Cons(b, c)); break;
-    case 5: Lisp::SetQ(a, Lisp::Cons(b, a)); break;
-    case 6: Lisp::SetQ(a, Lisp::Cdr(a)); break;
-    case 7: Lisp::SetQ(a, Lisp::Reverse(b)); break;
-    case 8: Lisp::SetQ(a, Lisp::List(b, c)); break;
-    case 9: Lisp::SetQ(a, Lisp::Append(b, c)); break;
-    case 10: a.Append(b); break;
-    case 11: a.NConc(b); break;
-    case 12: a.Reverse(input.ConsumeBool()); break;
-    case 13: a.RplaCa(b); break;
-    case 14: a.RplaCd(b); break;
-    case 15: a.Sort(); break;
-    case 16: Lisp::SetQ(a, Lisp::Nth(static_cast<unsigned int>(n), b)); break;
-    case 17: Lisp::SetQ(a, Lisp::Last(b)); break;
-    case 18: Lisp::SetQ(a, Lisp::Head(n, b)); break;
-    case 19: Lisp::SetQ(a, Lisp::Assoc(b, c)); break;
-    case 20: Lisp::SetQ(a, Lisp::Member(b, c)); break;
-    case 21: Lisp::Position(b, c); break;
-    case 22: Lisp::SetQ(a, Lisp::Subst(a, b, c)); break;
-    case 23: Lisp::SetQ(a, Lisp::Delete(b, c)); break;
-    case 24: Lisp::SetQ(a, Lisp::AddNth(n, b, c)); break;
-    case 25: Lisp::SetQ(a, Lisp::DeleteNth(n, b)); break;
-    case 26: Lisp::SetQ(a, Lisp::SubstNth(n, b, c)); break;
-    case 27: Lisp::SetQ(a, Lisp::Insert(b, c, n)); break;
-    case 28: Lisp::SetQ(a, Lisp::Inherit(b, c)); break;
-    case 29: Lisp::SetQ(a, Lisp::InheritanceStatus(b, c)); break;
-    case 30: Lisp::Index(b, c); break;
-    case 31: a = std::move(b); break;
-    case 32: a.Cons(std::move(b)); break;
-    case 33: a.Cons(b); break;
-    case 34: a.List(); break;
-    case 35: a.Nth(static_cast<unsigned int>(n)); break;
-    case 36: Lisp::Equal(a, b, 0.0); break;
-    default: a.Clean(); break;
-  }
+Step TakeStep(Input& input) {
+  const auto handle = [&] { return input.ConsumeIntegralInRange<size_t>(0, kHandles - 1); };
+  const auto& all = Operations();
+  Step step;
+  step.operation = &all[input.ConsumeIntegralInRange<size_t>(0, all.size() - 1)];
+  step.d = handle();
+  step.a = handle();
+  step.b = handle();
+  step.n = input.ConsumeIntegralInRange(-2, 5);
+  if (std::strstr(step.operation->form, "$v") != nullptr) step.fresh = TakeValue(input, 2);
+  return step;
+}
+
+// What looks at its arguments alone leaves them, and their sharing, as they are.
+void LookAt(const Value& a, const Value& b, int n) {
+  Lisp::Position(a, b);
+  Lisp::Index(a, b);
+  Lisp::Equal(a, b, 0.0);
+  Lisp::Inherit(a, b);
+  Lisp::InheritanceStatus(a, b);
+  Lisp::Length(a);
+  Lisp::Nth(static_cast<unsigned int>(n), Lisp::Reverse(a));
+  const Value copy = Lisp::Head(-1, a);
+  Require(a.GetAsDebugString() == copy.GetAsDebugString(), "a copy looks the same");
 }
 
 }  // namespace
 
 void lomlisp::fuzz::Try(Input& input) {
-  std::array<Value, 6> values;
-  const auto take = [&]() -> Value& { return values[input.ConsumeIntegralInRange<size_t>(0, values.size() - 1)]; };
-  for (int left = 200; left > 0 && input.remaining_bytes() > 0; --left) {
-    Value& a = take();
-    Value& b = take();
-    Value& c = take();
-    Operate(input, a, b, c);
-    if (CountNodes(a.New().get()) > kMostNodes) a.Clean();
-  }
-  for (const Value& value : values) {
-    Value copy = Lisp::Head(-1, value);
-    Require(value.GetAsDebugString() == copy.GetAsDebugString(), "a copy looks the same");
+  std::vector<model::Value> start;
+  for (size_t i = 0; i < kHandles; ++i) start.push_back(TakeValue(input, 3));
+  BothSides sides(start);
+  for (int left = 60; left > 0 && input.remaining_bytes() > 0; --left) {
+    const Step step = TakeStep(input);
+    sides.Do(step);
+    LookAt(sides.Held(step.a), sides.Held(step.b), step.n);
+    if (!sides.Agree()) std::cerr << "after " << step << ':' << sides.Report() << '\n';
+    Require(sides.Agree(), "the library and the model agree");
+    sides.DropLargeValues();
   }
 }
