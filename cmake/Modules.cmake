@@ -35,6 +35,11 @@ function(lomlisp_add_module name)
   if(NOT APPLE)
     target_link_options(${name} PRIVATE LINKER:-Bsymbolic-functions)
   endif()
+  lomlisp_module_code(${name})
+endfunction()
+
+# How the code of a module is compiled, also where an archive has it for one.
+function(lomlisp_module_code name)
   # A unique symbol would keep the module in the process for ever, with its static objects.
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 endfunction()

@@ -6,10 +6,12 @@
 #include <lomlisp/platform/ads.h>
 
 #include <embedded/drawing/Group.h>
+#include <embedded/drawing/HandleHash.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -189,13 +191,14 @@ class Drawing {
   uint64_t m_serial;
   uint64_t m_nextHandle = 1;
   std::deque<Object> m_all;
-  std::unordered_map<uint64_t, Object*> m_byHandle;
+  std::unordered_map<uint64_t, Object*, HandleHash> m_byHandle;
   EntityList m_entities;
   std::deque<Table> m_tables;
-  std::unordered_map<std::wstring, Table*> m_tablesByName;
-  std::unordered_map<std::wstring, Object*> m_entries;  // under table, NUL, name
+  // Names are the file's too, and keep their time in a tree.
+  std::map<std::wstring, Table*> m_tablesByName;
+  std::map<std::wstring, Object*> m_entries;  // under table, NUL, name
   std::deque<BlockDefinition> m_blocks;
-  std::unordered_map<std::wstring, BlockDefinition*> m_blocksByName;
+  std::map<std::wstring, BlockDefinition*> m_blocksByName;
   std::vector<Object*> m_objects;
   std::vector<Section> m_sections;
   std::vector<Object*> m_changes;

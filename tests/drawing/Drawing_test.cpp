@@ -1,6 +1,9 @@
 #include <embedded/drawing/Drawing.h>
 #include <tests/support/HostTest.h>
 
+#include <algorithm>
+#include <chrono>
+
 namespace lomlisp::test {
 namespace {
 
@@ -29,6 +32,22 @@ TEST_F(DrawingTest, NewDrawingHasTheEntriesThatEveryDrawingHas) {
   EXPECT_TRUE(drawing.Entities().members.empty());
   EXPECT_FALSE(drawing.IsModified());
   EXPECT_EQ(drawing.OwnerOf(drawing.Entities()), drawing.FindEntry(L"BLOCK_RECORD", L"*Model_Space")->handle);
+}
+
+double SecondsFor(uint64_t distanceOfHandles) {
+  Drawing drawing;
+  constexpr uint64_t kObjects = 60'000;
+  const auto begin = std::chrono::steady_clock::now();
+  for (uint64_t n = 1; n <= kObjects; ++n) drawing.NewObject({}, 0x100000 + n * distanceOfHandles);
+  for (uint64_t n = 1; n <= kObjects; ++n) EXPECT_NE(drawing.FindHandle(0x100000 + n * distanceOfHandles), nullptr);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+// 85229 is a number of buckets of the standard library that is reached then.
+TEST_F(DrawingTest, HandlesThatWereMadeToMeetTakeNoLonger) {
+  double ratio = 1e9;
+  for (int attempt = 0; attempt < 3 && ratio > 4; ++attempt) ratio = std::min(ratio, SecondsFor(85229) / SecondsFor(1));
+  EXPECT_LT(ratio, 10);
 }
 
 TEST_F(DrawingTest, HandlesRiseAndNamesAreNeverThoseOfAnotherDrawing) {
