@@ -216,7 +216,7 @@ TEST_F(ValueArguments, ParametersAreNilWhenTheArgumentsCannotBeConverted) {
 }
 
 // Items with a dot behind the first `front` of them.
-embedded::Chain Dotted(std::initializer_list<short> items, size_t front) {
+embedded::Chain DottedArguments(std::initializer_list<short> items, size_t front) {
   embedded::Chain chain;
   for (const short item : items) {
     if (chain.size() == front) chain.push_back({RTDOTE, {}, {}, false});
@@ -230,12 +230,12 @@ embedded::Chain Dotted(std::initializer_list<short> items, size_t front) {
 
 // The platform gives no such arguments.
 TEST_F(ValueArguments, OfADottedListParametersGetWhatCarAndCdrFind) {
-  Call(Dotted({1, 2, 3, 4}, 3), [] {
+  Call(DottedArguments({1, 2, 3, 4}, 3), [] {
     EXPECT_EQ(Parameters<4>(), "5003:1 5003:2 5003:3 5003:4");
     EXPECT_EQ(Parameters<5>(), "5003:1 5003:2 5003:3 5003:4 nil");
   });
   EXPECT_EQ(Printed(), "");
-  Call(Dotted({1, 2}, 1), [] { EXPECT_EQ(Parameters<2>(), "5003:1 5003:2"); });
+  Call(DottedArguments({1, 2}, 1), [] { EXPECT_EQ(Parameters<2>(), "5003:1 5003:2"); });
   EXPECT_EQ(Printed(), "CLOMAdsLispVar::Car : Keine Liste !\n");
 }
 
