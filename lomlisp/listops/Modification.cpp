@@ -17,8 +17,10 @@ CLOMAdsLispVar& CLOMAdsLispVar::RplaCa(const CLOMAdsLispVar& value) {
   const CLOMAdsLispVar copy = CLOMAdsLisp::Head(-1, value);
   ChildSeq& children = m_element->children;
   const size_t replaced = children.empty() ? 0 : 1;
-  if (copy.m_element != nullptr)
-    children.insert(children.begin() + replaced, copy.m_element->children.begin(), copy.m_element->children.end());
+  if (copy.m_element != nullptr) {
+    const ChildSeq& members = copy.m_element->children;
+    children.insert(children.begin() + replaced, members.begin(), members.end());
+  }
   if (replaced > 0) children.pop_front();
   return *this;
 }
@@ -31,10 +33,12 @@ CLOMAdsLispVar& CLOMAdsLispVar::RplaCd(const CLOMAdsLispVar& value) {
   const CLOMAdsLispVar copy = CLOMAdsLisp::Head(-1, value);
   ChildSeq& children = m_element->children;
   const size_t replaced = children.empty() ? 0 : 1;
-  if (m_element->dotted == 1)
+  if (m_element->dotted == 1) {
     children.insert(children.end() - replaced, copy.m_element);
-  else if (copy.m_element != nullptr)
-    children.insert(children.end() - replaced, copy.m_element->children.begin(), copy.m_element->children.end());
+  } else if (copy.m_element != nullptr) {
+    const ChildSeq& members = copy.m_element->children;
+    children.insert(children.end() - replaced, members.begin(), members.end());
+  }
   if (replaced > 0) children.pop_back();
   return *this;
 }
