@@ -1,7 +1,6 @@
 // The embedded host with the example modules and a small drawing, anew for each attempt.
 #pragma once
 
-#include <embedded/Session.h>
 #include <examples/parts/Parts.h>
 #include <examples/plan/Plan.h>
 #include <tests/support/HostTest.h>
