@@ -122,8 +122,9 @@ resbuf* SearchTable(PlatformCall& call, const ACHAR* table, const ACHAR* name, b
   const Row row(*session.drawing, table);
   size_t position = 0;
   const auto entry = row.Find(*session.drawing, name, position);
-  if (entry && setNext) session.tableCursors[Folded(table)] = position + 1;
-  return GiveEntry(call, entry, row.IsKnown() ? kNoEntry : kNoTable, caller);
+  resbuf* const groups = GiveEntry(call, entry, row.IsKnown() ? kNoEntry : kNoTable, caller);
+  if (groups != nullptr && setNext) session.tableCursors[Folded(table)] = position + 1;
+  return groups;
 }
 
 resbuf* NextInTable(PlatformCall& call, const ACHAR* table, bool rewind, const void* caller) {
@@ -134,8 +135,9 @@ resbuf* NextInTable(PlatformCall& call, const ACHAR* table, bool rewind, const v
   size_t& cursor = session.tableCursors[Folded(table)];
   if (rewind) cursor = 0;
   const auto entry = row.From(cursor);
-  if (entry) ++cursor;
-  return GiveEntry(call, entry, "the end of the table", caller);
+  resbuf* const groups = GiveEntry(call, entry, "the end of the table", caller);
+  if (groups != nullptr) ++cursor;
+  return groups;
 }
 
 int NameOfEntry(PlatformCall& call, const ACHAR* table, const ACHAR* name, ads_name object) {

@@ -112,7 +112,10 @@ int NextNumber() {
   int number = 0;
   if (last.NumberP()) CLOMAdsLisp::SetQ(number, last);
   ++number;
-  CLOMAdsLisp::PutSym(L"LAST-NUMBER", number);
+  if (CLOMAdsLisp::PutSym(L"LAST-NUMBER", number).NilP()) {
+    CLOMAdsLisp::Return(CLOMAdsLisp::Nil);  // the number would be given again
+    return RTNORM;
+  }
 
   std::wstring text;
   CLOMAdsLisp::SetQ(text, prefix);

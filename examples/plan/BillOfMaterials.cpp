@@ -26,8 +26,7 @@ int BillOfMaterials() {
   if (wanted.StringP()) CLOMAdsLisp::SetQ(tag, wanted);
 
   std::map<std::pair<std::wstring, std::wstring>, int> counts;
-  Selection(OfType(L"INSERT")).ForEach([&](const CLOMAdsLispVar& name) {
-    const CLOMAdsLispVar insert = CLOMAdsLisp::EntGet(name);
+  Selection(OfType(L"INSERT")).ForEachList([&](const CLOMAdsLispVar& insert) {
     ++counts[{TextOf(2, insert), AttributeOf(insert, tag)}];
   });
 

@@ -33,6 +33,14 @@ class Selection {
         visit(CLOMAdsLispVar(static_cast<const __int64*>(entity)));
     }
   }
+  // The same with the list of each entity that can be read, and with its data of the applications, nil for none.
+  template <typename Visit>
+  void ForEachList(Visit visit, const CLOMAdsLispVar& applications = CLOMAdsLisp::Nil) const {
+    ForEach([&](const CLOMAdsLispVar& name) {
+      const CLOMAdsLispVar entity = CLOMAdsLisp::EntGet(name, applications);
+      if (!entity.NilP()) visit(entity);
+    });
+  }
 
  private:
   CLOMAdsLispVar m_set;

@@ -97,8 +97,7 @@ Measure MeasureOf(const CLOMAdsLispVar& entity) {
 
 int LayerTotals() {
   std::map<std::wstring, Measure> totals;
-  Selection(OfType(L"LINE,ARC,CIRCLE,LWPOLYLINE")).ForEach([&](const CLOMAdsLispVar& name) {
-    const CLOMAdsLispVar entity = CLOMAdsLisp::EntGet(name);
+  Selection(OfType(L"LINE,ARC,CIRCLE,LWPOLYLINE")).ForEachList([&](const CLOMAdsLispVar& entity) {
     const Measure measure = MeasureOf(entity);
     Measure& total = totals[TextOf(8, entity)];
     total.length += measure.length;

@@ -55,8 +55,7 @@ int ReplaceTexts() {
   const TextTables tables(old, now);
 
   int replaced = 0;
-  Selection(OfType(L"TEXT,MTEXT,INSERT")).ForEach([&](const CLOMAdsLispVar& name) {
-    const CLOMAdsLispVar entity = CLOMAdsLisp::EntGet(name);
+  Selection(OfType(L"TEXT,MTEXT,INSERT")).ForEachList([&](const CLOMAdsLispVar& entity) {
     if (TextOf(0, entity) == L"INSERT")
       replaced += ReplaceInInsert(entity, tables);
     else if (tables.Replace(entity))

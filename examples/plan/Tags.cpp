@@ -68,11 +68,11 @@ int ReadTags() {
   CLOMAdsLispVar result;
   const CLOMAdsLispVar applications = CLOMAdsLisp::List(application);
   const CLOMAdsLispVar filter = CLOMAdsLisp::List(CLOMAdsLisp::List(-3, CLOMAdsLisp::List(application)));
-  Selection(filter).ForEach([&](const CLOMAdsLispVar& name) {
-    const CLOMAdsLispVar entity = CLOMAdsLisp::EntGet(name, applications);
+  const auto add = [&](const CLOMAdsLispVar& entity) {
     const CLOMAdsLispVar entry = CLOMAdsLisp::Cons(GroupOf(8, entity), TagsIn(entity));
     CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Cons(entry, result));
-  });
+  };
+  Selection(filter).ForEachList(add, applications);
   CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Reverse(result));
   CLOMAdsLisp::Return(result);
   return RTNORM;

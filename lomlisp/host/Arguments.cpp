@@ -43,12 +43,12 @@ void Distribute(Parameters parameters) {
 bool CLOMAdsLispVar::getArgs() {
   Clean();
   const resbuf* arguments = acedGetArgs();
-  m_element = NewNode();
+  Element whole = NewNode();
   // The reader resets the reference that it is given when there is nothing to read.
-  Element list = m_element;
-  if (ADS_ElementListe(arguments, list, true)) return true;
-  Clean();
-  return false;
+  Element list = whole;
+  if (!ADS_ElementListe(arguments, list, true)) return false;
+  m_element = std::move(whole);
+  return true;
 }
 
 CLOMAdsLispVar CLOMAdsLisp::ParameterList() {

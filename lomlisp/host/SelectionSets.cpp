@@ -69,8 +69,8 @@ CLOMAdsLispVar CLOMAdsLisp::SSGet(const CLOMAdsLispVar& mode, const CLOMAdsLispV
   ADSList filter;
   positions.TakeGroups(filter);
 
-  ads_name set = {};
-  if (acedSSGet(text, where, until, filter, set) != RTNORM) return Nil;
-  ResBuf record(set, ADSNameType::PickSet);
-  return CLOMAdsLispVar(&record);
+  // Made beforehand: a set that nobody knows could not be freed.
+  ResBuf record(ads_name{}, ADSNameType::PickSet);
+  const CLOMAdsLispVar set(&record);
+  return acedSSGet(text, where, until, filter, set.GetAtom().resval.rlname) == RTNORM ? set : Nil;
 }

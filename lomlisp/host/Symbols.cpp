@@ -13,7 +13,9 @@ bool CLOMAdsLispVar::GetSym(const wchar_t* name) {
   const Element old = std::exchange(m_element, nullptr);
   resbuf* chain = nullptr;
   if (acedGetSym(name, &chain) != RTNORM) return false;
+  const bool hasValue = chain != nullptr;
   const ADSList owner(chain, ADSCopyFlag::Adopt);
+  if (hasValue && owner.isNIL()) return false;
   ADSToLisp(owner);
   return true;
 }

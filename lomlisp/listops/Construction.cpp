@@ -48,6 +48,36 @@ bool Contains(node::Node tree, node::Node wanted) {
   return finder.Found();
 }
 
+// A chain in brackets as long as the object lives; then it is as it was.
+class Bracketed {
+ public:
+  explicit Bracketed(resbuf* chain) {
+    if (m_begin == nullptr || m_end == nullptr) return;
+    m_begin->rbnext = chain;
+    m_last = m_begin;
+    while (m_last->rbnext != nullptr) m_last = m_last->rbnext;
+    m_last->rbnext = m_end;
+  }
+  ~Bracketed() {
+    if (m_last != nullptr) m_last->rbnext = nullptr;
+    if (m_begin != nullptr) {
+      m_begin->rbnext = nullptr;
+      acutRelRb(m_begin);
+    }
+    if (m_end != nullptr) acutRelRb(m_end);
+  }
+  Bracketed(const Bracketed&) = delete;
+  Bracketed& operator=(const Bracketed&) = delete;
+
+  // Null when there was no memory for the brackets.
+  const resbuf* First() const { return m_last != nullptr ? m_begin : nullptr; }
+
+ private:
+  resbuf* m_begin = acutBuildList(RTLB, 0);
+  resbuf* m_end = acutBuildList(RTLE, 0);
+  resbuf* m_last = nullptr;
+};
+
 CLOMAdsLispVar ListOf(std::initializer_list<const CLOMAdsLispVar*> values) {
   Element list = NewNode();
   list->children.reserve(values.size());
@@ -85,8 +115,9 @@ CLOMAdsLispVar& CLOMAdsLispVar::Cons(CLOMAdsLispVar&& second) {
   // A node that contains itself would never die. Nobody else can reach a node that only `second`
   // (and `list`) owns.
   const bool reachable = this == &second || list.use_count() > 2;
-  if (reachable && Contains(m_element.get(), list.get())) m_element = DeepCopy(m_element);
-  list->children.push_front(m_element);
+  Element first = m_element;
+  if (reachable && Contains(first.get(), list.get())) first = DeepCopy(first);
+  list->children.push_front(std::move(first));
   m_element = std::move(list);
   return *this;
 }
@@ -99,7 +130,7 @@ CLOMAdsLispVar::CLOMAdsLispVar(const CLOMConsProxy& pair) : CLOMAdsLispVar(pair.
 
 CLOMAdsLispVar& CLOMAdsLispVar::List() {
   auto list = NewNode();
-  list->children.push_back(std::move(m_element));
+  list->children.push_back(m_element);
   m_element = std::move(list);
   return *this;
 }
@@ -165,20 +196,9 @@ CLOMAdsLispVar CLOMAdsLisp::List(const CLOMAdsLispVar& v1, const CLOMAdsLispVar&
 }
 
 CLOMAdsLispVar CLOMAdsLisp::List(resbuf* chain) {
-  resbuf* const begin = acutBuildList(RTLB, 0);
-  resbuf* const end = acutBuildList(RTLE, 0);
+  const Bracketed bracketed(chain);
   CLOMAdsLispVar list;
-  if (begin != nullptr && end != nullptr) {
-    resbuf* last = begin;
-    last->rbnext = chain;
-    while (last->rbnext != nullptr) last = last->rbnext;
-    last->rbnext = end;
-    list.ADSToLisp(begin);
-    last->rbnext = nullptr;
-    begin->rbnext = nullptr;
-  }
-  if (begin != nullptr) acutRelRb(begin);
-  if (end != nullptr) acutRelRb(end);
+  list.ADSToLisp(bracketed.First());
   return list;
 }
 
@@ -198,12 +218,13 @@ CLOMAdsLispVar& CLOMAdsLispVar::Append(const CLOMAdsLispVar& b) {
   Element list = b.m_element;
   // An empty list that is appended to itself would contain itself.
   if (this == &b && list->children.empty()) list = NewNode();
-  if (!inPlace) m_element = DeepCopy(m_element);
-  ChildSeq& children = m_element->children;
+  Element whole = inPlace ? m_element : DeepCopy(m_element);
+  ChildSeq& children = whole->children;
   if (list->children.empty())
     children.push_back(std::move(list));
   else
     children.insert(children.end(), list->children.begin(), list->children.end());
+  m_element = std::move(whole);
   return *this;
 }
 

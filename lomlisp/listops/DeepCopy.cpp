@@ -54,10 +54,11 @@ bool CLOMAdsLispVar::CopyHead(const ConstElement& source, Element& head, Element
   if (copied == nullptr || n == 0) return true;
   const size_t length = copied->children.size();
   const size_t count = n < 0 ? length : (std::min)(length, static_cast<size_t>(n) + 1);
-  head = CopyNode(*copied);
-  head->children.reserve(count);
-  Copier copier(*head);
+  Element copy = CopyNode(*copied);
+  copy->children.reserve(count);
+  Copier copier(*copy);
   for (size_t i = 0; i < count; ++i) WalkTree(copied->children[i].get(), copier);
+  head = std::move(copy);
   return true;
 }
 

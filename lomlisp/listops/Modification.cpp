@@ -3,7 +3,11 @@
 #include <lomlisp/listops/CLOMAdsLisp.h>
 #include <lomlisp/listops/messages.h>
 
+#include <cstddef>
+
 using namespace lomlisp;
+
+// What is replaced goes last: when memory runs out, the list is as it was.
 
 CLOMAdsLispVar& CLOMAdsLispVar::RplaCa(const CLOMAdsLispVar& value) {
   if (NilP() || !ListP()) {
@@ -12,9 +16,12 @@ CLOMAdsLispVar& CLOMAdsLispVar::RplaCa(const CLOMAdsLispVar& value) {
   }
   const CLOMAdsLispVar copy = CLOMAdsLisp::Head(-1, value);
   ChildSeq& children = m_element->children;
-  if (!children.empty()) children.pop_front();
-  if (copy.m_element != nullptr)
-    children.insert(children.begin(), copy.m_element->children.begin(), copy.m_element->children.end());
+  const size_t replaced = children.empty() ? 0 : 1;
+  if (copy.m_element != nullptr) {
+    const ChildSeq& members = copy.m_element->children;
+    children.insert(children.begin() + replaced, members.begin(), members.end());
+  }
+  if (replaced > 0) children.pop_front();
   return *this;
 }
 
@@ -25,10 +32,13 @@ CLOMAdsLispVar& CLOMAdsLispVar::RplaCd(const CLOMAdsLispVar& value) {
   }
   const CLOMAdsLispVar copy = CLOMAdsLisp::Head(-1, value);
   ChildSeq& children = m_element->children;
-  if (!children.empty()) children.pop_back();
-  if (m_element->dotted == 1)
-    children.push_back(copy.m_element);
-  else if (copy.m_element != nullptr)
-    children.insert(children.end(), copy.m_element->children.begin(), copy.m_element->children.end());
+  const size_t replaced = children.empty() ? 0 : 1;
+  if (m_element->dotted == 1) {
+    children.insert(children.end() - replaced, copy.m_element);
+  } else if (copy.m_element != nullptr) {
+    const ChildSeq& members = copy.m_element->children;
+    children.insert(children.end() - replaced, members.begin(), members.end());
+  }
+  if (replaced > 0) children.pop_back();
   return *this;
 }

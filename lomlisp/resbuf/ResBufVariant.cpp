@@ -1,5 +1,9 @@
 #include <lomlisp/resbuf/ResBuf.h>
 
+#include <lomlisp/resbuf/Text.h>
+
+using namespace lomlisp;
+
 void ResBuf::Init(COleVariant variant) {
   Init();
   switch (variant.vt) {
@@ -20,7 +24,7 @@ void ResBuf::Init(COleVariant variant) {
       Init(variant.dblVal, ADSRealType::Real);
       break;
     case VT_BSTR:
-      Init(CString(variant.bstrVal).GetString());
+      Init(TextOrEmpty(variant.bstrVal));
       break;
     case VT_BOOL:
       Init(variant.boolVal != 0 ? 1L : 0L);
