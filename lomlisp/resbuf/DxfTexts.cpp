@@ -43,7 +43,7 @@ struct Books {
 
 // Never destroyed: records may outlive every other static object.
 Books& TheBooks() {
-  static Books* const books = new Books;
+  static auto* const books = new Books;
   return *books;
 }
 
