@@ -4,7 +4,7 @@
 # includes what it needs.
 option(LOMLISP_UNITY "Compile the files of a folder as one" OFF)
 
-# Further arguments are folders whose files stay alone.
+# Further arguments are folders whose files stay alone, unless LOMLISP_UNITY is ALL.
 function(lomlisp_unity target)
   if(NOT LOMLISP_UNITY)
     return()
@@ -16,7 +16,7 @@ function(lomlisp_unity target)
     if(NOT folder)
       set(folder top)
     endif()
-    if(folder IN_LIST ARGN)
+    if(folder IN_LIST ARGN AND NOT LOMLISP_UNITY STREQUAL "ALL")
       set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     else()
       set_source_files_properties(${source} PROPERTIES UNITY_GROUP "${folder}")

@@ -212,7 +212,7 @@ class ExpressionReader {
       default:
         break;
     }
-    PushItem& push = std::get<PushItem>(m_steps.emplace_back(PushItem{}));
+    auto& push = std::get<PushItem>(m_steps.emplace_back(PushItem{}));
     return m_reader.ReadItem(token, push.item);
   }
 

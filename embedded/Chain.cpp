@@ -73,6 +73,7 @@ bool HasSameValue(const resbuf& record, const Record& copy) {
   const ads_u_val& value = record.resval;
   const auto same = [&](const auto& left, const auto& right) {
     static_assert(sizeof left == sizeof right);
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): -0 is another value than 0, and NaN is the same.
     return std::memcmp(&left, &right, sizeof left) == 0;
   };
   switch (DxfType(record.restype)) {

@@ -54,6 +54,10 @@ Header* HeaderOf(std::byte* block) { return reinterpret_cast<Header*>(block - kI
 size_t Footprint(const Header& header) { return kInFront + header.bytes + kGuardBytes; }
 
 uintptr_t AddressOf(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer); }
+std::byte* PlaceAt(uintptr_t address) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): places are kept as bits of pages, whose keys are numbers.
+  return reinterpret_cast<std::byte*>(address);
+}
 
 uint64_t SealOf(const Header& header) {
   uint64_t seal = 0x9E3779B97F4A7C15u ^ AddressOf(&header);
@@ -181,7 +185,7 @@ struct Ledger::Books {
     if (page == nullptr) return nullptr;
     for (size_t index = Index(address) + 1; index-- > 0;)
       if (page->live[index])
-        return reinterpret_cast<std::byte*>(address / kPageBytes * kPageBytes + index * kGranule);
+        return PlaceAt(address / kPageBytes * kPageBytes + index * kGranule);
     return page->covering;
   }
 
@@ -282,8 +286,7 @@ struct Ledger::Books {
     std::vector<Header*> headers;
     for (const auto& [number, page] : pages)
       for (size_t index = 0; index < kGranules; ++index)
-        if (page.live[index])
-          headers.push_back(HeaderOf(reinterpret_cast<std::byte*>(number * kPageBytes + index * kGranule)));
+        if (page.live[index]) headers.push_back(HeaderOf(PlaceAt(number * kPageBytes + index * kGranule)));
     return headers;
   }
 };

@@ -36,7 +36,7 @@ std::optional<std::wstring> Input::ReadTerminal(std::wstring_view prompt) {
 
 std::optional<std::wstring> Input::ReadLine(std::wstring_view prompt) {
   const bool isEdited = m_fed.empty() && m_kind == Kind::Terminal;
-  const auto line = isEdited ? ReadTerminal(prompt) : ReadPipe();
+  auto line = isEdited ? ReadTerminal(prompt) : ReadPipe();
   if (line && onLine) onLine(prompt, *line, isEdited);
   return line;
 }

@@ -102,7 +102,7 @@ void Load(const LispSource& source) {
 }  // namespace
 
 Interpreter& Interpreter::Instance() {
-  static Interpreter* const interpreter = new Interpreter;
+  static auto* const interpreter = new Interpreter;
   return *interpreter;
 }
 

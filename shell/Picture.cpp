@@ -47,6 +47,7 @@ std::string WriteSelected(Drawing& drawing, const std::string& file, const std::
 // Runs a program, with what it writes in a file. Gives whether it succeeded.
 bool RunProgram(std::vector<std::string> words, const std::filesystem::path& output) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;

@@ -5,11 +5,11 @@
 
 #include <embedded/Host.h>
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <string_view>
 #include <utility>
 

@@ -2,9 +2,9 @@
 
 #include <shell/Signals.h>
 
-#include <signal.h>
 #include <sys/select.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -36,6 +36,7 @@ Groups ArrangeWithoutMarkers(const EntityType* type, const Groups& own);
 struct GroupPlace {
   size_t place;
   size_t rank;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that the compiler compares with is no pointer.
   friend auto operator<=>(const GroupPlace&, const GroupPlace&) = default;
 };
 GroupPlace PlaceFor(const EntityType* type, const Groups& stored, int code, std::wstring_view marker);

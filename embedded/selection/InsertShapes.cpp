@@ -18,15 +18,20 @@ bool IsShown(const Object& entity) {
   return entity.Type() != L"ATTDEF" || (IntegerOf(entity.groups, 70) & kConstant) != 0;
 }
 
+Transform ScalingOf(const Groups& insert) {
+  return Scaling(RealOf(insert, 41, 1.0), RealOf(insert, 42, 1.0), RealOf(insert, 43, 1.0));
+}
+
 // The copies of a block that an INSERT places, one after another.
 class Placement {
  public:
   Placement(const BlockDefinition& block, const Object& insert, const Transform& toWorld, Copies copies)
-      : m_block(&block), m_columns(insert.groups, 70, 44, copies), m_rows(insert.groups, 71, 45, copies) {
-    const Groups& groups = insert.groups;
-    m_axes = OwnAxes(insert, toWorld) * Translation(PointOf(groups, 10)) * Rotation(RealOf(groups, 50));
-    m_content = Scaling(RealOf(groups, 41, 1.0), RealOf(groups, 42, 1.0), RealOf(groups, 43, 1.0)) *
-                Translation(Scaled(PointOf(block.begin->groups, 10), -1));
+      : m_block(&block),
+        m_columns(insert.groups, 70, 44, copies),
+        m_rows(insert.groups, 71, 45, copies),
+        m_axes(OwnAxes(insert, toWorld) * Translation(PointOf(insert.groups, 10)) *
+               Rotation(RealOf(insert.groups, 50))),
+        m_content(ScalingOf(insert.groups) * Translation(Scaled(PointOf(block.begin->groups, 10), -1))) {
     PlaceCopy();
   }
 
@@ -61,9 +66,11 @@ class Placement {
 
   // The distances of the array turn with the INSERT but are not scaled.
   void PlaceCopy() {
-    const auto column = static_cast<double>(m_copy % m_columns.count);
-    const auto row = static_cast<double>(m_copy / m_columns.count);
-    m_toWorld = m_axes * Translation({column * m_columns.distance, row * m_rows.distance, 0}) * m_content;
+    const long long column = m_copy % m_columns.count;
+    const long long row = m_copy / m_columns.count;
+    const Point place{static_cast<double>(column) * m_columns.distance,
+                      static_cast<double>(row) * m_rows.distance, 0};
+    m_toWorld = m_axes * Translation(place) * m_content;
   }
 
   const BlockDefinition* m_block;

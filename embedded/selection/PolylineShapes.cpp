@@ -104,7 +104,7 @@ void AddFaceRecord(const Groups& groups, const std::vector<Position>& vertices, 
   std::vector<Position> corners;
   for (int code = 71; code <= 74; ++code) {
     const long long number = IntegerOf(groups, code);
-    const size_t index = static_cast<size_t>(number < 0 ? -(number + 1) : number - 1);
+    const auto index = static_cast<size_t>(number < 0 ? -(number + 1) : number - 1);
     if (number != 0 && index < vertices.size()) corners.push_back(vertices[index]);
   }
   for (size_t index = 0; index < corners.size(); ++index)

@@ -171,7 +171,9 @@ void AddMText(const Object& entity, const Transform& toWorld, Shape& shape) {
   if (anchor == nullptr) return;
   // Numbered row by row, from the top left.
   const long long attachment = std::clamp(IntegerOf(entity.groups, 71, 1), 1LL, 9LL) - 1;
-  const Position parts{static_cast<double>(attachment % 3) / 2, 1 - static_cast<double>(attachment / 3) / 2};
+  const long long column = attachment % 3;
+  const long long row = attachment / 3;
+  const Position parts{static_cast<double>(column) / 2, 1 - static_cast<double>(row) / 2};
   AddBox(toWorld * Translation(*anchor) * MTextAxes(entity), SizeOfMText(entity.groups), parts, shape);
 }
 

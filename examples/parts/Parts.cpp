@@ -72,7 +72,9 @@ int Label() {
   CLOMAdsLisp::SetQ(number, size);
   CLOMAdsLisp::SetQ(step, pitch);
   wchar_t label[80];
-  std::swprintf(label, std::size(label), L"%.40ls%dx%.2f", text.c_str(), number, step);
+  // A real may have three hundred digits.
+  if (std::swprintf(label, std::size(label), L"%.40ls%dx%.2f", text.c_str(), number, step) < 0)
+    return RTERROR;
   CLOMAdsLisp::Return(label);
   return RTNORM;
 }
@@ -120,7 +122,7 @@ int NextNumber() {
   std::wstring text;
   CLOMAdsLisp::SetQ(text, prefix);
   wchar_t name[80];
-  std::swprintf(name, std::size(name), L"%.40ls-%04d", text.c_str(), number);
+  if (std::swprintf(name, std::size(name), L"%.40ls-%04d", text.c_str(), number) < 0) return RTERROR;
   CLOMAdsLisp::Return(name);
   return RTNORM;
 }

@@ -102,13 +102,10 @@ class RunReader {
   RunReader(const resbuf*& cur, CLOMLispElement& list) : m_cur(cur), m_list(list) {}
 
   bool Read() {
-    short type = DxfType(m_cur->restype);
     do {
       if (!ReadGroup()) return false;
       m_cur = m_cur->rbnext;
-      if (m_cur == nullptr) return true;
-      type = DxfType(m_cur->restype);
-    } while (type != m_cur->restype);
+    } while (m_cur != nullptr && DxfType(m_cur->restype) != m_cur->restype);
     return true;
   }
 

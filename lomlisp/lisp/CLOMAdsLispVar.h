@@ -54,6 +54,7 @@ class LOMLISP_API CLOMAdsLispVar {
   ~CLOMAdsLispVar() = default;
 
   // As SetQ: first lets the own tree go, so that `a = a` gives nil.
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): as stated.
   CLOMAdsLispVar& operator=(const CLOMAdsLispVar& value) { return SetQ(value); }
   // Takes the tree over; the source becomes nil, except in `a = std::move(a)`, which does nothing.
   CLOMAdsLispVar& operator=(CLOMAdsLispVar&& value) noexcept;

@@ -144,7 +144,7 @@ void FreeSlab(Slab& slab) {
 
 Slab& SlabOf(void* block) {
   const auto address = reinterpret_cast<uintptr_t>(block);
-  return *reinterpret_cast<Slab*>(address - address % kSlabBytes);
+  return *reinterpret_cast<Slab*>(static_cast<std::byte*>(block) - address % kSlabBytes);
 }
 
 }  // namespace

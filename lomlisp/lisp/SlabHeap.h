@@ -33,7 +33,8 @@ struct SlabAllocator {
   SlabAllocator(const SlabAllocator<U>&) {}
 
   T* allocate(size_t count) {
-    static_assert(sizeof(T) <= slabheap::kLargest && alignof(T) <= alignof(std::max_align_t));
+    static_assert(sizeof(T) <= slabheap::kLargest);
+    static_assert(alignof(T) <= alignof(std::max_align_t));
     return static_cast<T*>(slabheap::Allocate(count * sizeof(T)));
   }
   // What was made here is no object of a derived class, whose destructor would have to be looked up.

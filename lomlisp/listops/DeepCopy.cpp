@@ -48,16 +48,15 @@ class Copier {
 }  // namespace
 
 bool CLOMAdsLispVar::CopyHead(const ConstElement& source, Element& head, Element& rest, int n) {
-  const ConstElement copied = source;
   head.reset();
   rest.reset();
-  if (copied == nullptr || n == 0) return true;
-  const size_t length = copied->children.size();
+  if (source == nullptr || n == 0) return true;
+  const size_t length = source->children.size();
   const size_t count = n < 0 ? length : (std::min)(length, static_cast<size_t>(n) + 1);
-  Element copy = CopyNode(*copied);
+  Element copy = CopyNode(*source);
   copy->children.reserve(count);
   Copier copier(*copy);
-  for (size_t i = 0; i < count; ++i) WalkTree(copied->children[i].get(), copier);
+  for (size_t i = 0; i < count; ++i) WalkTree(source->children[i].get(), copier);
   head = std::move(copy);
   return true;
 }

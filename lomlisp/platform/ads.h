@@ -25,10 +25,10 @@
 #define __int64 long long
 #endif
 
-typedef wchar_t ACHAR;
-typedef double ads_real;
-typedef ads_real ads_point[3];
-typedef __int64 ads_name[2];
+using ACHAR = wchar_t;
+using ads_real = double;
+using ads_point = ads_real[3];
+using ads_name = __int64[2];
 
 union ads_u_val {
   ads_real rreal;

@@ -12,7 +12,7 @@ namespace lomlisp {
 template <class Integer>
 Integer Truncate(double value) {
   // Both bounds are powers of two, so they are exact as doubles for every width.
-  constexpr double lowest = static_cast<double>((std::numeric_limits<Integer>::min)());
+  constexpr auto lowest = static_cast<double>((std::numeric_limits<Integer>::min)());
   const double whole = std::trunc(value);
   if (!(whole >= lowest && whole < -lowest)) return (std::numeric_limits<Integer>::min)();
   return static_cast<Integer>(whole);

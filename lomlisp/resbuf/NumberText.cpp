@@ -75,7 +75,7 @@ struct DigitPairs {
 
 constexpr DigitPairs MakeDigitPairs() {
   DigitPairs pairs{};
-  for (int i = 0; i < 100; ++i) {
+  for (size_t i = 0; i < 100; ++i) {
     pairs.digits[i * 2] = static_cast<wchar_t>(L'0' + i / 10);
     pairs.digits[i * 2 + 1] = static_cast<wchar_t>(L'0' + i % 10);
   }

@@ -131,7 +131,7 @@ wchar_t* ResBuf::TypeName(short type) const {
   for (auto& entry : typeNames)
     if (entry.type == type) return entry.name;
   static wchar_t number[200];
-  std::swprintf(number, std::size(number), L"<%d>", static_cast<int>(restype));
+  static_cast<void>(std::swprintf(number, std::size(number), L"<%d>", static_cast<int>(restype)));
   return number;
 }
 

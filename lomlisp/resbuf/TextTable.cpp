@@ -7,7 +7,7 @@ namespace lomlisp {
 namespace {
 
 constexpr size_t kFewestSlots = 64;
-constexpr size_t kSlotsToKeep = 32 * 1024;  // in an empty table
+constexpr size_t kSlotsToKeep = size_t{32} * 1024;  // in an empty table
 
 }  // namespace
 

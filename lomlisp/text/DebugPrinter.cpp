@@ -78,7 +78,7 @@ class DebugPrinter {
     if (debugIndentation == 0 || debugNumbering == 0) return;
     m_count += kIndexWidth;
     wchar_t text[kIndexWidth + 10];
-    std::swprintf(text, std::size(text), L"%lu: ", static_cast<unsigned long>(index));
+    static_cast<void>(std::swprintf(text, std::size(text), L"%lu: ", static_cast<unsigned long>(index)));
     m_text += std::wstring_view(text).substr(0, kIndexWidth);
   }
 
