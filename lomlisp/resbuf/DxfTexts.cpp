@@ -5,6 +5,7 @@
 #include <lomlisp/resbuf/ResBuf.h>
 #include <lomlisp/resbuf/TextTable.h>
 
+#include <cstddef>
 #include <new>
 #include <unordered_set>
 
@@ -41,9 +42,11 @@ struct Books {
   }
 };
 
-// Never destroyed: records may outlive every other static object.
+// Never destroyed: records may outlive every other static object. No block of the heap, because that may be
+// exhausted when the first text comes.
 Books& TheBooks() {
-  static Books* const books = new Books;
+  alignas(Books) static std::byte memory[sizeof(Books)];
+  static Books* const books = new (memory) Books;
   return *books;
 }
 
