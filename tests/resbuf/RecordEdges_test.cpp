@@ -37,6 +37,16 @@ TEST_F(RecordEdges, ASurrogatePairIsItsCharacter) {
   EXPECT_EQ(character.Less(pair), 0);
 }
 
+// While some text stands under a number's code, copies of such records are looked at.
+TEST_F(RecordEdges, ANumberThatLooksLikeTheAddressOfATextHoldsNone) {
+  ResBuf layer(L"layer");
+  layer.MakeDXF(8);
+  ResBuf foreign(L"text");
+  foreign.MakeDXF(62);
+  { const ResBuf copy = Borrowed(40, layer.resval.rstring); }
+  EXPECT_STREQ(layer.resval.rstring, L"layer");
+}
+
 TEST_F(RecordEdges, NoGroupHoldsBytes) {
   const std::vector<short> codes = {310, 319, 1004};
   EXPECT_TRUE(std::none_of(codes.begin(), codes.end(), IsBinary));
