@@ -14,7 +14,7 @@ constexpr short kApplicationName = 1001;
 
 // An atom and nil have no groups.
 bool DxfWriter::OpenList(node::Node list) {
-  if (HasFailed(list)) return false;
+  if (m_failed.count(list) != 0) return false;
   if (list != nullptr && !node::IsAtom(list)) m_open.push({list, 0, false});
   return true;
 }
@@ -64,7 +64,7 @@ bool DxfWriter::BeginGroup(node::Node group) {
     Append(NewDxfGroup(static_cast<short>(0), code));
     return OpenApplication(value);
   }
-  if (type == RTPOINT || type == RT3DPOINT) return WritePoint(value, code);
+  if (type == RT3DPOINT) return WritePoint(value, code);
   if (!node::IsAtom(value)) return false;
   if (IsBinary(code) && !(node::IsString(value) && AreBytes(value->atom))) return false;
   Append(NewDxfGroup(value->atom, code));

@@ -19,10 +19,6 @@ class DxfWriter {
   bool WriteGroup(node::Node group) { return BeginGroup(group) && WriteOpenLists(); }
   bool WriteExtendedData(node::Node application) { return OpenApplication(application) && WriteOpenLists(); }
 
-  // Whether an earlier WriteList failed on account of this list, which stood somewhere within the
-  // one that was written.
-  bool HasFailed(node::Node list) const { return m_failed.count(list) != 0; }
-
  private:
   struct Open {
     node::Node list;
@@ -39,6 +35,8 @@ class DxfWriter {
 
   ADSList& m_target;
   WalkStack<Open, 8> m_open;
+  // Those on whose account an earlier WriteList failed, as they stood somewhere within its list. They are not
+  // tried again.
   std::unordered_set<node::Node> m_failed;
 };
 

@@ -49,9 +49,7 @@ class ChainWriter {
   }
 
  private:
-  // A list that failed within another one's extended data is not tried again.
   bool WriteRun(const CLOMLispElement& list) {
-    if (m_run->groups.HasFailed(&list)) return false;
     const bool written = m_run->groups.WriteList(&list);
     if (written) m_target.Splice(m_run->records);
     m_run->records.Clear();

@@ -4,7 +4,6 @@
 #include <lomlisp/resbuf/ADSList.h>
 
 #include <cstddef>
-#include <iterator>
 
 using namespace lomlisp;
 
@@ -19,7 +18,7 @@ class Positions {
 
   // Null when the next value is no text.
   const wchar_t* TakeText() {
-    if (IsAtEnd() || !Next().StringP()) return nullptr;
+    if (!Next().StringP()) return nullptr;
     const wchar_t* text = nullptr;
     CLOMAdsLisp::SetQ(text, Take());
     return text;
@@ -27,14 +26,14 @@ class Positions {
 
   // `point`, or null when the next value is no point.
   const double* TakePoint(double (&point)[3]) {
-    if (IsAtEnd() || !Next().PointP()) return nullptr;
+    if (!Next().PointP()) return nullptr;
     CLOMAdsLisp::SetQ(point, Take());
     return point;
   }
 
   // Whether the next value is a list of points, which is then in the chain.
   bool TakePoints(ADSList& points) {
-    if (IsAtEnd() || Next().PointP() || !Next().ListP() || Next().NilP()) return false;
+    if (Next().PointP() || !Next().ListP() || Next().NilP()) return false;
     if (!CLOMAdsLisp::Car(Next()).PointP()) return false;
     Take().LispToDXF(points);
     return true;
@@ -42,15 +41,14 @@ class Positions {
 
   // Leaves the chain empty when the next value is nil.
   void TakeGroups(ADSList& groups) {
-    if (!IsAtEnd() && !Next().NilP()) Take().LispToDXF(groups);
+    if (!Next().NilP()) Take().LispToDXF(groups);
   }
 
  private:
-  bool IsAtEnd() const { return m_index == std::size(m_values); }
   const CLOMAdsLispVar& Next() const { return m_values[m_index]; }
   const CLOMAdsLispVar& Take() { return m_values[m_index++]; }
 
-  CLOMAdsLispVar m_values[4];
+  CLOMAdsLispVar m_values[5];  // behind the last one, nil, which is never taken
   size_t m_index = 0;
 };
 

@@ -16,14 +16,14 @@ using Child = ChildSeq::value_type;
 // Room for the members of a short list that come one by one. Whoever knows how many come reserves it.
 constexpr size_t kSmallest = 4;
 
-// Moves `count` children to slots that may overlap the ones where they are.
+// Moves `count` children to other slots, which may overlap the ones where they are.
 void MoveChildren(Child* from, size_t count, Child* to) {
   if (to < from) {
     for (size_t i = 0; i < count; ++i) {
       new (to + i) Child(std::move(from[i]));
       from[i].~Child();
     }
-  } else if (to > from) {
+  } else {
     for (size_t i = count; i-- > 0;) {
       new (to + i) Child(std::move(from[i]));
       from[i].~Child();
@@ -106,13 +106,10 @@ ChildSeq::iterator ChildSeq::erase(const_iterator first, const_iterator last) {
   const auto width = static_cast<size_type>(last - first);
   if (width == 0) return begin() + index;
   // Released only when the sequence is whole again.
-  const ChildSeq erased = [&] {
-    ChildSeq taken;
-    taken.reserve(width);
-    for (iterator child = begin() + index; child != begin() + index + width; ++child)
-      taken.push_back(std::move(*child));
-    return taken;
-  }();
+  ChildSeq erased;
+  erased.reserve(width);
+  for (iterator child = begin() + index; child != begin() + index + width; ++child)
+    erased.push_back(std::move(*child));
   std::destroy_n(begin() + index, width);
   const size_type behind = size() - index - width;
   if (index < behind) {

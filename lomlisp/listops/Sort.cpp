@@ -142,9 +142,10 @@ void SortByText(std::vector<Entry<TextKey>>& entries) {
   }
 }
 
+// `a` has at least `most` characters.
 size_t CommonLength(const wchar_t* a, const wchar_t* b, size_t most) {
   size_t length = 0;
-  while (length < most && a[length] != 0 && a[length] == b[length]) ++length;
+  while (length < most && a[length] == b[length]) ++length;
   return length;
 }
 

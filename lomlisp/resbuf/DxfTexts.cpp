@@ -5,6 +5,7 @@
 #include <lomlisp/resbuf/ResBuf.h>
 #include <lomlisp/resbuf/TextTable.h>
 
+#include <cstddef>
 #include <new>
 #include <unordered_set>
 

@@ -32,13 +32,12 @@ const wchar_t* SkipReal(const wchar_t* text) {
   return IsDigit(*exponent) ? SkipDigits(exponent) : text;
 }
 
-// Whether a real that is out of range is too great, and not too small.
+// Whether a real that is out of range, and so is not zero, is too great, and not too small.
 bool IsTooGreat(std::string_view digits) {
   const size_t exponentMark = (std::min)(digits.find_first_of("eE"), digits.size());
   const std::string_view mantissa = digits.substr(0, exponentMark);
   const size_t point = (std::min)(mantissa.find('.'), mantissa.size());
   const size_t leading = mantissa.find_first_not_of("0.");
-  if (leading == std::string_view::npos) return false;
   std::string_view exponentText = digits.substr((std::min)(exponentMark + 1, digits.size()));
   if (exponentText.starts_with('+')) exponentText.remove_prefix(1);
   long long exponent = 0;
@@ -133,7 +132,6 @@ std::optional<uint64_t> Millionths(double magnitude) {
 }  // namespace
 
 int32_t ScanInteger(const wchar_t* text) {
-  if (text == nullptr) return 0;
   using Limits = std::numeric_limits<int32_t>;
   const bool negative = SkipSign(text);
   int64_t magnitude = 0;

@@ -8,10 +8,10 @@
 namespace lomlisp {
 
 // The decimal number at the beginning of a text, behind blanks: a sign and digits, for a real also
-// a decimal point and an exponent. What follows is ignored; 0 when there is none and for null.
+// a decimal point and an exponent. What follows is ignored; 0 when there is none.
 // Linear in the digits.
 int32_t ScanInteger(const wchar_t* text);  // saturated
-double ScanReal(const wchar_t* text);      // infinite, or 0, when it is out of range
+double ScanReal(const wchar_t* text);      // infinite, or 0, when it is out of range; 0 for null
 
 // Writes a number, without a terminating zero, and gives the position behind it: "%lld", and "%f" (at most
 // 317 characters).

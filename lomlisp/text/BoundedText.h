@@ -11,11 +11,11 @@ namespace lomlisp {
 
 // Appends pieces to a buffer of `size` characters. Each piece may use only half of the room that
 // is left, so that a long one never takes it all, and is cut to that; the last slot of the buffer
-// is zero after each piece. A null buffer and a size of 0 are never written.
+// is zero after each piece. With a size of 0 it is never written.
 class BoundedText {
  public:
   BoundedText(wchar_t* buffer, size_t size)
-      : m_buffer(buffer), m_size(buffer != nullptr ? size : 0), m_length(TextIn(buffer, m_size)) {}
+      : m_buffer(buffer), m_size(size), m_length(TextIn(buffer, size)) {}
 
   void Append(std::wstring_view text) {
     if (text.size() == 1)  // brackets and blanks, half of all pieces

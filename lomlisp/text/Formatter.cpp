@@ -103,10 +103,10 @@ std::wstring FormatValue(const CLOMAdsLispVar& value, wchar_t letter, const Dire
   }
 }
 
-// The letter that ends a directive, in lower case; 0 for any other character.
+// The letter that ends a directive, in lower case; 0 for any other character, which is not 0 itself.
 wchar_t ConversionLetter(wchar_t c) {
   const wchar_t lower = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-  return lower != 0 && std::wcschr(L"cdiouxefs", lower) != nullptr ? lower : wchar_t{0};
+  return std::wcschr(L"cdiouxefs", lower) != nullptr ? lower : wchar_t{0};
 }
 
 void ReadNumber(const wchar_t*& cursor, Directive& directive) {

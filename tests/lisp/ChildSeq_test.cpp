@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <random>
+#include <stdexcept>
 #include <type_traits>
 #include <vector>
 
@@ -529,6 +530,12 @@ TEST_F(ChildSequence, ATreeCanBeReleasedWhileAnotherIsBuilt) {
     root->children.push_front(DeepTree(10, sentry));
   }
   EXPECT_EQ(sentry.use_count(), 1);
+}
+
+TEST_F(ChildSequence, HasNoRoomForMoreThan32BitsCount) {
+  ChildSeq sequence;
+  EXPECT_THROW(sequence.reserve(size_t{1} << 32), std::length_error);
+  EXPECT_TRUE(sequence.empty());
 }
 
 }  // namespace

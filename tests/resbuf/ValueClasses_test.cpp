@@ -454,5 +454,14 @@ TEST_F(ShortestReals, ReadBackAsTheSameReal) {
   }
 }
 
+class Texts : public HostTest {};
+
+TEST_F(Texts, AreTakenForTheirCharacters) {
+  const CString text(L"abc");
+  const wchar_t* const characters = text;
+  EXPECT_STREQ(characters, L"abc");
+  EXPECT_EQ(characters, text.GetString());
+}
+
 }  // namespace
 }  // namespace lomlisp::test::value_classes
