@@ -223,7 +223,7 @@ TEST_F(SelectionFunctions, SetsTakeAndLoseMembers) {
 
 TEST_F(SelectionFunctions, WhatIsNoSetOrEntityIsRefused) {
   AddLine(0);
-  const ads_name none = {7, 7};
+  const ads_name none = {7, -1};
   ads_name result;
   int32_t length = 0;
   EXPECT_EQ(acedSSLength(nullptr, &length), RTERROR);

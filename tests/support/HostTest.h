@@ -30,6 +30,9 @@ inline constexpr bool kSlow = kSanitized;
 // all tests at full size as well.
 inline constexpr int kLarge = kSlow ? 20'000 : 1'000'000;
 
+// How long the longest values are.
+inline constexpr size_t kHuge = kSlow ? kLarge : 10'000'000;
+
 // How many random cases are tried.
 constexpr unsigned int Rounds(unsigned int all) { return kSlow ? (all + 9) / 10 : all; }
 
