@@ -1,5 +1,5 @@
 // Lists that are long enough to be sorted otherwise, and dotted lists of more than a pair.
-#include <tests/support/Chains.h>
+#include <tests/listops/Values.h>
 
 #include <algorithm>
 #include <random>
@@ -29,11 +29,11 @@ TEST_F(LongAndDotted, ThousandsOfTextsAreSorted) {
 
 // (1 (2 3) . 4): its Cdr is the list of the other two.
 TEST_F(LongAndDotted, ADottedListOfThreeIsSearchedToItsEnd) {
-  const CLOMAdsLispVar list = Dotted({short{1}, V(L"(2 3)"), short{4}});
+  const CLOMAdsLispVar list = DottedOf({short{1}, V(L"(2 3)"), short{4}});
   EXPECT_EQ(CLOMAdsLisp::Position(V(L"(2 3)"), list), 1);
   EXPECT_EQ(CLOMAdsLisp::Position(V(L"4"), list), 2);
   EXPECT_EQ(CLOMAdsLisp::Position(V(L"3"), list), -1);
-  EXPECT_EQ(Tree(CLOMAdsLisp::Member(V(L"4"), list)), "(5003:4)");
+  EXPECT_EQ(Text(CLOMAdsLisp::Member(V(L"4"), list)), "(4)");
 }
 
 TEST_F(LongAndDotted, LongIntegersAreEqualToIntegersOfTheirValue) {
