@@ -10,7 +10,7 @@ function(lomlisp_warnings target)
     return()
   endif()
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual)
+    -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wformat=2)
   # GCC takes the texts of a std::variant that is moved for uninitialised; the sanitizers see what is.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
