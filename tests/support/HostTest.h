@@ -18,13 +18,20 @@ inline constexpr bool kSanitized = true;
 inline constexpr bool kSanitized = false;
 #endif
 
+// Under the sanitizers and other checks everything takes ten times as long and more.
+#ifdef LOMLISP_SMALL_TESTS
+inline constexpr bool kSlow = true;
+#else
+inline constexpr bool kSlow = kSanitized;
+#endif
+
 // How deep and how long the large values are: far beyond what a stack bears, and quadratic work on
-// them would meet the time limit of the run. Under the sanitizers everything takes ten times as
-// long, so they get a fiftieth; `tools/test` runs all tests without them as well.
-inline constexpr int kLarge = kSanitized ? 20'000 : 1'000'000;
+// them would meet the time limit of the run. Where all is slow they get a fiftieth; `tools/test` runs
+// all tests at full size as well.
+inline constexpr int kLarge = kSlow ? 20'000 : 1'000'000;
 
 // How many random cases are tried.
-constexpr unsigned int Rounds(unsigned int all) { return kSanitized ? (all + 9) / 10 : all; }
+constexpr unsigned int Rounds(unsigned int all) { return kSlow ? (all + 9) / 10 : all; }
 
 inline std::string Utf8(std::wstring_view text) {
   std::string bytes;
