@@ -215,30 +215,6 @@ TEST_F(ValueArguments, ParametersAreNilWhenTheArgumentsCannotBeConverted) {
   EXPECT_EQ(Printed(), "");
 }
 
-// Items with a dot behind the first `front` of them.
-embedded::Chain DottedArguments(std::initializer_list<short> items, size_t front) {
-  embedded::Chain chain;
-  for (const short item : items) {
-    if (chain.size() == front) chain.push_back({RTDOTE, {}, {}, false});
-    embedded::Record record;
-    record.type = RTSHORT;
-    record.value.rint = item;
-    chain.push_back(record);
-  }
-  return chain;
-}
-
-// The platform gives no such arguments.
-TEST_F(ValueArguments, OfADottedListParametersGetWhatCarAndCdrFind) {
-  Call(DottedArguments({1, 2, 3, 4}, 3), [] {
-    EXPECT_EQ(Parameters<4>(), "5003:1 5003:2 5003:3 5003:4");
-    EXPECT_EQ(Parameters<5>(), "5003:1 5003:2 5003:3 5003:4 nil");
-  });
-  EXPECT_EQ(Printed(), "");
-  Call(DottedArguments({1, 2}, 1), [] { EXPECT_EQ(Parameters<2>(), "5003:1 5003:2"); });
-  EXPECT_EQ(Printed(), "CLOMAdsLispVar::Car : Keine Liste !\n");
-}
-
 TEST_F(ValueArguments, AParameterThatComesTwiceHasItsLastArgument) {
   Call(L"1 2", [] {
     CLOMAdsLispVar both;
