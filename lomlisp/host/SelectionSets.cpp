@@ -68,7 +68,8 @@ CLOMAdsLispVar CLOMAdsLisp::SSGet(const CLOMAdsLispVar& mode, const CLOMAdsLispV
   positions.TakeGroups(filter);
 
   // Made beforehand: a set that nobody knows could not be freed.
-  ResBuf record(ads_name{}, ADSNameType::PickSet);
+  const ads_name none = {};
+  ResBuf record(none, ADSNameType::PickSet);
   const CLOMAdsLispVar set(&record);
   return acedSSGet(text, where, until, filter, set.GetAtom().resval.rlname) == RTNORM ? set : Nil;
 }
