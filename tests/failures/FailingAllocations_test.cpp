@@ -887,7 +887,7 @@ TEST_P(FailingAllocationsOf, Operation) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, FailingAllocationsOf, testing::ValuesIn(AllRows()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 // --- The books of texts grow, and never become smaller: each growth fails once ---
 

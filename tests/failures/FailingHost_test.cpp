@@ -112,7 +112,7 @@ TEST_P(FailingHostOf, PlatformFunction) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, FailingHostOf, testing::ValuesIn(PlatformFunctions()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 // What could not be given is given the next time.
 TEST_F(FailingHost, TableGoesOnBehindWhatItGave) {
@@ -191,7 +191,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Work{"ReplaceTexts", L"(REPLACE-TEXTS '(\"Kitchen\" \"T30\") '(\"Room\" \"T90\"))"},
                     Work{"TagEntities", L"(TAG-ENTITIES '((0 . \"LINE\")) \"TAGS\" '(\"checked\" 2026 2.5))"},
                     Work{"ReadTags", L"(READ-TAGS \"TAGS\")"}),
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace lomlisp::test

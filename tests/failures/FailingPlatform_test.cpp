@@ -254,7 +254,7 @@ TEST_P(FailingPlatformOf, HostFunction) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, FailingPlatformOf, testing::ValuesIn(HostFunctions()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 // --- The functions of the examples ---
 
@@ -303,18 +303,21 @@ TEST_P(FailingPlatformOfExample, Function) {
   FailEachCall([&] { return Call(); },
                [&](const std::vector<LoggedCall>& calls) -> std::optional<Refusal> {
                  const std::string text = Utf8(m_result.Text());
-                 if (example.never != nullptr) EXPECT_EQ(text.find(example.never), std::string::npos) << text;
+                 if (example.never != nullptr) {
+                   EXPECT_EQ(text.find(example.never), std::string::npos) << text;
+                 }
                  const size_t changed = CountOf(calls, [](const LoggedCall& call) {
                    return call.function == "acdbEntMod" && call.status == RTNORM;
                  });
-                 if (example.countsChanges && m_result.kind == CallResult::Kind::Value)
+                 if (example.countsChanges && m_result.kind == CallResult::Kind::Value) {
                    EXPECT_EQ(text, std::to_string(changed));
+                 }
                  return std::nullopt;
                });
 }
 
 INSTANTIATE_TEST_SUITE_P(, FailingPlatformOfExample, testing::ValuesIn(Examples()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 // Numbers are given once.
 TEST_F(FailingPlatform, NextNumberGivesNoneThatItCannotRemember) {
