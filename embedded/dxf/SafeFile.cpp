@@ -80,6 +80,7 @@ SafeFile::~SafeFile() {
 }
 
 void SafeFile::Write(std::string_view bytes) {
+  if (bytes.empty()) return;
   errno = 0;
   if (std::fwrite(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size())
     throw Failure("cannot be written to its end", LastError());
