@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -25,7 +26,8 @@ int CountKinds() {
 
   CLOMAdsLispVar result;
   for (const auto& [name, count] : counts) {
-    const CLOMAdsLispVar pair = CLOMAdsLisp::Cons(name, count);
+    // A long, since of an int a list keeps 16 bits.
+    const CLOMAdsLispVar pair = CLOMAdsLisp::Cons(name, long{count});
     CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Cons(pair, result));
   }
   CLOMAdsLisp::SetQ(result, CLOMAdsLisp::Reverse(result));
@@ -59,6 +61,12 @@ int BoundingBox() {
   return RTNORM;
 }
 
+// Of a text that was cut, some C libraries give a negative count and others the length of the whole.
+template <size_t kSize>
+bool Fits(int printed, const wchar_t (&)[kSize]) {
+  return printed >= 0 && static_cast<size_t>(printed) < kSize;
+}
+
 int Label() {
   CLOMAdsLispVar prefix;
   CLOMAdsLispVar size;
@@ -73,7 +81,7 @@ int Label() {
   CLOMAdsLisp::SetQ(step, pitch);
   wchar_t label[80];
   // A real may have three hundred digits.
-  if (std::swprintf(label, std::size(label), L"%.40ls%dx%.2f", text.c_str(), number, step) < 0)
+  if (!Fits(std::swprintf(label, std::size(label), L"%.40ls%dx%.2f", text.c_str(), number, step), label))
     return RTERROR;
   CLOMAdsLisp::Return(label);
   return RTNORM;
@@ -113,8 +121,9 @@ int NextNumber() {
   const CLOMAdsLispVar last = CLOMAdsLisp::GetSym(L"LAST-NUMBER");
   int number = 0;
   if (last.NumberP()) CLOMAdsLisp::SetQ(number, last);
+  if (number == (std::numeric_limits<int>::max)()) return RTERROR;  // no number is left
   ++number;
-  if (CLOMAdsLisp::PutSym(L"LAST-NUMBER", number).NilP()) {
+  if (CLOMAdsLisp::PutSym(L"LAST-NUMBER", long{number}).NilP()) {
     CLOMAdsLisp::Return(CLOMAdsLisp::Nil);  // the number would be given again
     return RTNORM;
   }
@@ -122,7 +131,7 @@ int NextNumber() {
   std::wstring text;
   CLOMAdsLisp::SetQ(text, prefix);
   wchar_t name[80];
-  if (std::swprintf(name, std::size(name), L"%.40ls-%04d", text.c_str(), number) < 0) return RTERROR;
+  if (!Fits(std::swprintf(name, std::size(name), L"%.40ls-%04d", text.c_str(), number), name)) return RTERROR;
   CLOMAdsLisp::Return(name);
   return RTNORM;
 }

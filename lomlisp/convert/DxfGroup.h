@@ -11,7 +11,8 @@ namespace lomlisp {
 inline ResBuf* NewDxfGroup(const ResBuf& value, short code) {
   auto* const record = new ResBuf(value);
   if (record == nullptr) return nullptr;
-  const bool isPlain = value.Type() != RTSTR && !ResBuf::MayHoldText(value.Type()) && !IsBinary(code);
+  const bool isPlain = value.Type() != RTSTR && !ResBuf::MayHoldText(value.Type()) &&
+                       DxfType(code) != RTSTR && !IsBinary(code);
   if (isPlain)
     record->restype = code;
   else

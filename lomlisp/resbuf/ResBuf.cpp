@@ -64,7 +64,7 @@ void ResBuf::Init(const __int64* name, ADSNameType type) {
 
 void ResBuf::Init(ADSResType type) {
   restype = static_cast<short>(type);
-  if (restype != RTSTR) resval.rlong = -1;
+  if (restype != RTSTR && !dxftexts::IsTextCode(restype)) resval.rlong = -1;
 }
 
 void ResBuf::Init(const resbuf& record) {
@@ -152,7 +152,10 @@ bool ResBuf::MakeDXF(short type) {
   }
   if (IsBinary(type) && !IsBinary(restype)) return MakeBytes(type);
   if (IsBinary(restype) && !IsBinary(type)) MakeDigits();
-  if (restype == RTSTR || dxftexts::Holds(*this)) dxftexts::Own(*this, type);
+  if (restype == RTSTR || dxftexts::Holds(*this))
+    dxftexts::Own(*this, type);
+  else if (dxftexts::IsTextCode(type) && !dxftexts::IsTextCode(restype))
+    resval = {};  // a number is no pointer to a text
   restype = type;
   return true;
 }

@@ -49,7 +49,7 @@ class LOMLISP_API ResBuf : public resbuf {
   ResBuf(const double* point, ADSPointType type = ADSPointType::Point3d) : ResBuf() { Init(point, type); }
   // Both words; RTNONE for null.
   ResBuf(const __int64* name, ADSNameType type = ADSNameType::Entity) : ResBuf() { Init(name, type); }
-  // That code with a value of -1 (RTSTR: with a null text).
+  // That code with a value of -1; one of texts, RTSTR included, with a null text.
   ResBuf(ADSResType type) : ResBuf() { Init(type); }
   // RTSHORT of VT_I2, VT_UI2, and of VT_I1 and VT_UI1 as a signed byte; RTLONG of VT_I4, VT_UI4,
   // VT_INT, VT_UINT, and 1 or 0 of VT_BOOL; RTREAL of VT_R4 and VT_R8; RTSTR of VT_BSTR, up to a
@@ -174,8 +174,9 @@ class LOMLISP_API ResBuf : public resbuf {
   // Sets the base type; the value stays as it is. A text that other records share is copied first,
   // because an RTSTR record owns its text alone.
   void MakeBaseType();
-  // Sets a DXF code; the value stays as it is. False and "ResBuf::MakeDXF : ..." when `type` is no
-  // DXF code, nor when it is that of bytes which the text does not spell. A text becomes shared, see above.
+  // Sets a DXF code; the value stays as it is, but what is no text is a null text under a code of texts.
+  // False and "ResBuf::MakeDXF : ..." when `type` is no DXF code, nor when it is that of bytes which the
+  // text does not spell. A text becomes shared, see above.
   bool MakeDXF(short type);
 
   // --- Printing ---

@@ -179,14 +179,14 @@ TEST_F(DxfGroups, ThePointAtomOfAPointGroupIsNoPoint) {
   EXPECT_EQ(Element(Group(10, atom)), "false");
 }
 
-TEST_F(DxfGroups, TheTypeOfTheValueIsNotChecked) {
+TEST_F(DxfGroups, TheTypeOfTheValueIsNotCheckedButANumberIsNoText) {
   ADSList target;
   EXPECT_TRUE(CLOMAdsLispVar::LispToDXFElement(Group(8, short{5}).New(), target));
   EXPECT_TRUE(CLOMAdsLispVar::LispToDXFElement(Group(62, L"text").New(), target));
   EXPECT_TRUE(CLOMAdsLispVar::LispToDXFElement(Group(8, NilAtom()).New(), target));
   const ResBuf* number = target.First();
   ASSERT_EQ(number->restype, 8);
-  EXPECT_EQ(number->resval.rint, 5);
+  EXPECT_EQ(number->resval.rstring, nullptr);
   const ResBuf* text = number->Next();
   ASSERT_EQ(text->restype, 62);
   EXPECT_EQ(Utf8(text->resval.rstring), "text");
@@ -194,6 +194,16 @@ TEST_F(DxfGroups, TheTypeOfTheValueIsNotChecked) {
 }
 
 // --- Extended data ---
+
+// Found by the fuzzer of chains.
+TEST_F(DxfGroups, ANumberUnderATextsCodeReadsBackAsNoText) {
+  ADSList groups;
+  ListOf({Group(8, short{5}), Group(62, short{1})}).LispToDXF(groups);
+  EXPECT_EQ(Types(groups), "8:(null) 62:1");
+  CLOMAdsLispVar again;
+  EXPECT_TRUE(again.ADSToLisp(groups));
+  EXPECT_EQ(Tree(again), "({5003:8 5005:<null>} {5003:62 5003:1})");
+}
 
 TEST_F(DxfGroups, TheMarkerIsFollowedByItsApplication) {
   const CLOMAdsLispVar application = ListOf({L"APP", ListOf({Group(1000, L"x"), Group(1040, 1.5)})});

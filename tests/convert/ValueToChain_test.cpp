@@ -234,12 +234,12 @@ TEST_F(ValueToChain, AChainOfTextGroupsCanBeGivenAway) {
   acutRelRb(chain);
 }
 
-TEST_F(ValueToChain, AnIntegerUnderATextCodeIsNeverFollowed) {
+TEST_F(ValueToChain, AnIntegerUnderATextCodeIsNoText) {
   ADSList target;
   Dotted({short{8}, short{5}}).List().LispToDXF(target);
   ASSERT_EQ(Count(target), 1U);
   EXPECT_EQ(target.First()->restype, 8);
-  EXPECT_EQ(target.First()->resval.rint, 5);
+  EXPECT_EQ(target.First()->resval.rstring, nullptr);
 }
 
 TEST_F(ValueToChain, ATextUnderAnIntegerCodeStaysAText) {

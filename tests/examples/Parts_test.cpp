@@ -24,5 +24,17 @@ TEST_F(PartsModule, RefusesALabelThatDoesNotFit) {
   EXPECT_EQ(result.kind, embedded::CallResult::Kind::Nothing);
 }
 
+TEST_F(PartsModule, NumbersGoOnBeyondSixteenBits) {
+  EXPECT_EQ(host.Evaluate(L"(REMEMBER \"LAST-NUMBER\" 32767)").status, RTNORM);
+  EXPECT_EQ(host.Evaluate(L"(NEXT-NUMBER \"P\")").Text(), L"\"P-32768\"");
+  EXPECT_EQ(host.Evaluate(L"(NEXT-NUMBER \"P\")").Text(), L"\"P-32769\"");
+}
+
+TEST_F(PartsModule, GivesNoNumberBehindTheLast) {
+  EXPECT_EQ(host.Evaluate(L"(REMEMBER \"LAST-NUMBER\" 2147483646)").status, RTNORM);
+  EXPECT_EQ(host.Evaluate(L"(NEXT-NUMBER \"P\")").Text(), L"\"P-2147483647\"");
+  EXPECT_EQ(host.Evaluate(L"(NEXT-NUMBER \"P\")").status, RTERROR);
+}
+
 }  // namespace
 }  // namespace lomlisp::test

@@ -5,14 +5,16 @@
 
 namespace {
 
-// (1 2 . 3) has its dot behind the first item when it is printed, which no reader takes.
-bool HasDistantDot(const CLOMAdsLispVar& value) {
+// (1 2 . 3) has its dot behind the first item when it is printed, and no list can be read behind a dot,
+// not even that of (1 . nil), which is printed as one.
+bool HasUnreadableDot(const CLOMAdsLispVar& value) {
   std::vector<const CLOMLispElement*> left{value.New().get()};
   while (!left.empty()) {
     const CLOMLispElement* const node = left.back();
     left.pop_back();
     if (node == nullptr) continue;
-    if (node->dotted != 0 && node->children.size() > 2) return true;
+    if (node->dotted != 0 && (node->children.size() > 2 || CLOMAdsLispVar::isList(node->children.back())))
+      return true;
     for (const auto& child : node->children) left.push_back(child.get());
   }
   return false;
@@ -27,7 +29,7 @@ void lomlisp::fuzz::Try(Input& input) {
   // Room for a number of a hundred digits, of which a piece may take half.
   std::vector<wchar_t> printed(8192 + text.size() * 16);
   value.PrinC(printed.data(), printed.size());
-  if (HasDistantDot(value)) return;
+  if (HasUnreadableDot(value)) return;
   CLOMAdsLispVar again;
   Require(again.Read(printed.data()), "what was printed can be read");
   value.GetAsDebugString();

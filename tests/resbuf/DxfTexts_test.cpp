@@ -156,24 +156,45 @@ TEST_F(DxfTexts, ATextUnderANumbersCodeIsNotLostWithTheCode) {
   EXPECT_EQ(record.Type(), RTSHORT);
 }
 
-TEST_F(DxfTexts, ANumberUnderATextsCodeIsNeverFollowed) {
+TEST_F(DxfTexts, ANumberIsNoTextUnderATextsCode) {
   ResBuf record = Short(5);
   EXPECT_TRUE(record.MakeDXF(8));
   const ResBuf copy(record);
   EXPECT_EQ(copy.Type(), 8);
-  EXPECT_EQ(copy.resval.mnInt64, 5);
+  EXPECT_EQ(copy.resval.rstring, nullptr);
   ADSList list(HeapChain({copy}), ADSCopyFlag::Adopt);
   const ADSList second(list);
   list.GoFirst();
   list.Curr() = static_cast<short>(1);
   EXPECT_TRUE(record.MakeDXF(62));
-  EXPECT_EQ(record.resval.mnInt64, 5);
+  EXPECT_EQ(record.resval.mnInt64, 0);
+}
+
+TEST_F(DxfTexts, ACodeOfTextsAloneHasANullText) {
+  for (const short code : {short{8}, short{-4}, short{1000}, RTDXF0}) {
+    const ResBuf record{ADSResType(code)};
+    EXPECT_EQ(record.resval.mnInt64, 0) << code;
+    record.Print(nullptr, 10);
+  }
+  host.console.Take();
+}
+
+TEST_F(DxfTexts, ANumberThatBecameATextCanBePrintedAndFreed) {
+  ResBuf record = Short(5);
+  EXPECT_TRUE(record.MakeDXF(8));
+  wchar_t text[10];
+  record.Print(text, std::size(text));
+  EXPECT_STREQ(text, L"\"\"");
+  record.MakeBaseType();
+  EXPECT_EQ(record.Type(), RTSTR);
+  EXPECT_EQ(static_cast<wchar_t*>(record), nullptr);
 }
 
 TEST_F(DxfTexts, ABorrowedTextStaysItsOwners) {
   wchar_t text[] = L"mine";
   ResBuf record = Borrowed(8, text);
   EXPECT_TRUE(record.MakeDXF(1));
+  EXPECT_EQ(record.resval.rstring, text);
   EXPECT_TRUE(record.MakeDXF(62));
   EXPECT_EQ(record.resval.rstring, text);
   ADSList list(HeapChain({Borrowed(8, text)}), ADSCopyFlag::Adopt);

@@ -135,7 +135,7 @@ TEST_F(ResBufTypes, MakeBaseTypeKeepsTheValue) {
 }
 
 TEST_F(ResBufTypes, MakeBaseTypeLeavesEverythingElse) {
-  for (const short type : {RTNONE, RTLB, RTT, RTDXF0, static_cast<short>(5025), static_cast<short>(80)}) {
+  for (const short type : {RTNONE, RTLB, RTT, static_cast<short>(5025), static_cast<short>(80)}) {
     ResBuf record = Bare(type);
     record.MakeBaseType();
     EXPECT_EQ(record.Type(), type);
@@ -159,9 +159,12 @@ TEST_F(ResBufTypes, MakeDXFKeepsTheValueAndTheNext) {
 
 TEST_F(ResBufTypes, MakeDXFDoesNotAskWhetherTheValueSuitsTheCode) {
   ResBuf record = Short(5);
+  EXPECT_TRUE(record.MakeDXF(40));
+  EXPECT_EQ(record.Type(), 40);
+  EXPECT_EQ(record.resval.mnInt64, 5);
   EXPECT_TRUE(record.MakeDXF(8));
   EXPECT_EQ(record.Type(), 8);
-  EXPECT_EQ(record.resval.mnInt64, 5);
+  EXPECT_EQ(record.resval.rstring, nullptr);
 }
 
 TEST_F(ResBufTypes, MakeDXFRefusesWhatIsNoGroupCode) {

@@ -132,7 +132,7 @@ TEST_F(ResBufValues, ANullPointOrNameIsNoValue) {
 }
 
 TEST_F(ResBufValues, ABareTypeStandsOverMinusOne) {
-  for (const short type : {RTNONE, RTSHORT, RTLONG, RTVOID, RTLB, RTLE, RTDOTE, RTNIL, RTDXF0, RTT,
+  for (const short type : {RTNONE, RTSHORT, RTLONG, RTVOID, RTLB, RTLE, RTDOTE, RTNIL, RTT,
                            static_cast<short>(5025), static_cast<short>(62)}) {
     const ResBuf record(static_cast<ADSResType>(type));
     EXPECT_EQ(record.Type(), type);
