@@ -2,7 +2,8 @@
 # the sanitizers above all. With LOMLISP_UNITY the files of a folder are compiled as one, so the names in
 # their anonymous namespaces must differ. Without it each file is compiled alone, which shows whether it
 # includes what it needs.
-option(LOMLISP_UNITY "Compile the files of a folder as one" OFF)
+# OTHERS compiles those of the library alone.
+set(LOMLISP_UNITY OFF CACHE STRING "Compile the files of a folder as one: OFF, ON, ALL, or OTHERS")
 
 # Further arguments are folders whose files stay alone, unless LOMLISP_UNITY is ALL.
 function(lomlisp_unity target)

@@ -23,8 +23,12 @@ function(lomlisp_warnings target)
     target_compile_options(${target} PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all
       -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=address,undefined)
-    if(LOMLISP_FUZZ)
-      target_compile_options(${target} PUBLIC -fsanitize=fuzzer-no-link)
-    endif()
+  endif()
+endfunction()
+
+# The fuzzer sees which ways an input goes through this target.
+function(lomlisp_fuzzed target)
+  if(LOMLISP_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()

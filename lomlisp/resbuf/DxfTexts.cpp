@@ -45,13 +45,9 @@ struct Books {
 // Never destroyed: records may outlive every other static object. Where they stand takes no memory that could run
 // out, since records die here that must not fail.
 Books& TheBooks() {
-  union Place {
-    Place() : books() {}
-    ~Place() {}
-    Books books;
-  };
-  static Place place;
-  return place.books;
+  alignas(Books) static std::byte place[sizeof(Books)];
+  static Books& books = *new (place) Books;
+  return books;
 }
 
 // The text that a record holds; null when it is no holder.
