@@ -284,9 +284,11 @@ struct Ledger::Books {
 
   std::vector<Header*> LiveBlocks() const {
     std::vector<Header*> headers;
-    for (const auto& [number, page] : pages)
+    for (const auto& [number, page] : pages) {
+      if (page.live.none()) continue;  // most pages, where blocks come and go
       for (size_t index = 0; index < kGranules; ++index)
         if (page.live[index]) headers.push_back(HeaderOf(PlaceAt(number * kPageBytes + index * kGranule)));
+    }
     return headers;
   }
 };
@@ -407,6 +409,7 @@ void Ledger::SetFunction(std::string_view name) {
 }
 
 void Ledger::Reset() {
+  while (!m_books->heldBack.empty()) m_books->LetGo();
   m_books->balances[static_cast<size_t>(Owner::Client)] = {};
   m_books->forgotten = m_books->count;
   m_books->failIn = 0;

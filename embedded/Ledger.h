@@ -76,8 +76,8 @@ class Ledger {
   // Which LISP function is being called from now on; for Block::function.
   void SetFunction(std::string_view name);
 
-  // Forgets the live blocks of the client, orders to fail, and faults. A forgotten block may still
-  // be freed; that counts no more.
+  // Forgets the live blocks of the client, orders to fail, and faults, and no longer holds freed blocks
+  // back. A forgotten block may still be freed; that counts no more.
   void Reset();
 
  private:

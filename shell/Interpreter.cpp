@@ -89,12 +89,23 @@ void Boot() {
   cl_boot(1, arguments);
 }
 
+// An object that lives as long as the program. The collector looks at the stack and at what LISP knows, and not
+// at a program's static objects.
+class Permanent {
+ public:
+  explicit Permanent(cl_object object) : m_object(object) { ecl_register_root(&m_object); }
+  cl_object Get() const { return m_object; }
+
+ private:
+  cl_object m_object;
+};
+
 // A fault in the dialect itself, which no script can bring about.
 void Load(const LispSource& source) {
-  static const cl_object load = cl_eval(ecl_read_from_cstring(
+  static const Permanent load(cl_eval(ecl_read_from_cstring(
       "(lambda (text) (handler-case (let ((*load-verbose* nil))"
-      "  (with-input-from-string (in text) (load in)) nil) (error (problem) (princ-to-string problem))))"));
-  const cl_object problem = cl_funcall(2, load, LispText(embedded::FromUtf8(source.text)));
+      "  (with-input-from-string (in text) (load in)) nil) (error (problem) (princ-to-string problem))))")));
+  const cl_object problem = cl_funcall(2, load.Get(), LispText(embedded::FromUtf8(source.text)));
   if (problem != ECL_NIL)
     throw std::runtime_error(std::string(source.name) + ": " + embedded::Utf8(TextOf(problem)));
 }

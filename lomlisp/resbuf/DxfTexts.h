@@ -4,8 +4,9 @@
 //
 // A text group (8 . "0") holds its text under a DXF code, and nothing in the record says whose
 // text it is: the platform's, a client's own, or one that MakeDXF put under the code. The code
-// does not even tell whether there is a text: (62 . "x") has code 62 over a text. So the texts that records of ours hold that way are kept here by address, together
-// with the records that hold them; the last one to let go frees the text.
+// does not even tell whether there is a text: (62 . "x") has code 62 over a text. So the texts
+// that records of ours hold that way are kept here by address, together with the records that
+// hold them; the last one to let go frees the text.
 //
 // The records keep the books: a copy of a holder becomes one, and a holder stops being one when it
 // dies or is overwritten. ADSList brings in the texts of a chain that the platform made. A text

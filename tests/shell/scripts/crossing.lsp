@@ -82,13 +82,13 @@ a
 (depth (REMEMBER "KEPT" deep))
 (depth kept)
 (progn (setq deep '(1)) (repeat 10000 (setq deep (list 1 deep))) (REMEMBER "KEPT" deep) (setq count 0) (while (cdr kept) (setq kept (cadr kept) count (1+ count))) count)
-(progn (setq long nil) (repeat 100000 (setq long (cons 7 long))) (length long))
+(progn (setq long nil) (repeat 30000 (setq long (cons 7 long))) (length long))
 (length (REMEMBER "KEPT" long))
 (progn (setq sum 0) (foreach each kept (setq sum (+ sum each))) sum)
 (crosses long)
 (progn (setq long nil) (repeat 20000 (setq long (cons "a" long))) (crosses long))
 (COUNT-KINDS long)
-(progn (setq long nil count 0) (repeat 100000 (setq long (cons (cons count 1.5) long) count (1+ count))) (crosses long))
+(progn (setq long nil count 0) (repeat 20000 (setq long (cons (cons count 1.5) long) count (1+ count))) (crosses long))
 (progn (setq long nil) (repeat 10000 (setq long (cons '(1.0 2.0 3.0) long))) (BOUNDING-BOX long))
 
 ; what cannot leave LISP
