@@ -20,7 +20,7 @@ bool Call() {
   acutRelRb(begin);
   return good &&
          Returned() ==
-             "5016 ?, 5005 'bolt', 5018 ?, 5003 ?, 5017 ?, 5016 ?, 5005 'nut', 5018 ?, 5003 ?, 5017 ?";
+             "5016 ?, 5005 'bolt', 5018 ?, 5010 ?, 5017 ?, 5016 ?, 5005 'nut', 5018 ?, 5010 ?, 5017 ?";
 }
 
 int Run(EntryPoint entry) {
