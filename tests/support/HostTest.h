@@ -27,10 +27,11 @@ inline constexpr bool kSlow = kSanitized;
 
 // How deep and how long the large values are: far beyond what a stack bears, and quadratic work on
 // them would meet the time limit of the run. Where all is slow they get a fiftieth; `tools/test` runs
-// all tests at full size as well.
+// these tests at full size as well.
 inline constexpr int kLarge = kSlow ? 20'000 : 1'000'000;
 
-// How long the longest values are.
+// How long the longest values are. Where they have their full size, `tools/test --huge` runs the tests with
+// them, whose names begin with "Huge".
 inline constexpr size_t kHuge = kSlow ? kLarge : 10'000'000;
 
 // How many random cases are tried.
