@@ -4,9 +4,9 @@ set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
-# The tool chain's own linker takes a minute for the tests. A cross compiler finds another one by its folder alone.
+# The tool chain's own linker takes a minute for the tests.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-fuse-ld=lld -B/usr/lib/llvm-14/bin")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-wrapper ${CMAKE_CURRENT_LIST_DIR}/../tools/mingw-lld")
 endforeach()
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
