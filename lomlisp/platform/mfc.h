@@ -73,10 +73,10 @@ class CString {
   bool IsEmpty() const { return m_text.empty(); }
   void Empty() { m_text.clear(); }
   wchar_t GetAt(int index) const { return m_text[static_cast<size_t>(index)]; }
-  int Compare(const wchar_t* text) const { return m_text.compare(text); }
+  int Compare(const wchar_t* text) const { return m_text.compare(text != nullptr ? text : L""); }
 
   friend bool operator==(const CString& a, const CString& b) { return a.m_text == b.m_text; }
-  friend bool operator==(const CString& a, const wchar_t* b) { return a.m_text == b; }
+  friend bool operator==(const CString& a, const wchar_t* b) { return a.Compare(b) == 0; }
 
  private:
   std::wstring m_text;

@@ -463,5 +463,25 @@ TEST_F(Texts, AreTakenForTheirCharacters) {
   EXPECT_EQ(characters, text.GetString());
 }
 
+TEST_F(Texts, TakeANullPointerForTheEmptyText) {
+  const wchar_t* const null = nullptr;
+  EXPECT_TRUE(CString(null).IsEmpty());
+  CString text(L"abc");
+  text += null;
+  EXPECT_EQ(text, L"abc");
+  EXPECT_FALSE(text == null);
+  EXPECT_GT(text.Compare(null), 0);
+  text = null;
+  EXPECT_TRUE(text.IsEmpty());
+  EXPECT_TRUE(text == null);
+  EXPECT_EQ(text.Compare(null), 0);
+}
+
+TEST_F(Texts, MayBeAssignedAPartOfThemselves) {
+  CString text(L"abc");
+  text = text.GetString() + 1;
+  EXPECT_EQ(text, L"bc");
+}
+
 }  // namespace
 }  // namespace lomlisp::test::value_classes
