@@ -466,7 +466,8 @@ TEST_F(Texts, AreTakenForTheirCharacters) {
 TEST_F(Texts, TakeANullPointerForTheEmptyText) {
   const wchar_t* const null = nullptr;
   EXPECT_TRUE(CString(null).IsEmpty());
-  CString text(L"abc");
+  CString text(L"ab");
+  text += L"c";
   text += null;
   EXPECT_EQ(text, L"abc");
   EXPECT_FALSE(text == null);
